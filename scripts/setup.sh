@@ -1,0 +1,33 @@
+#!/usr/bin/env bash
+# Installs everything Tarnwick needs to build, run and test from Debian's
+# packages. Safe to run again: it only installs what is missing.
+set -euo pipefail
+
+packages=(
+  # toolchain
+  g++ cmake ninja-build pkg-config clang libclang-rt-dev clang-format
+  # libraries
+  qt6-base-dev libgl-dev libplist-dev
+  libxcb1-dev libxcb-ewmh-dev libxcb-icccm4-dev libxcb-xinput-dev libxcb-res0-dev
+  libxcb-xkb-dev libxcb-xtest0-dev libxkbcommon-dev libxkbcommon-x11-dev
+  libgtest-dev libgmock-dev libbenchmark-dev
+  # a desktop to run on and test against
+  xvfb xauth openbox x11-utils x11-xkb-utils xdotool xterm pcmanfm tint2
+  dbus-x11 imagemagick strace procps
+)
+
+missing=()
+for p in "${packages[@]}"; do
+  dpkg-query -W -f='${Status}' "$p" 2>/dev/null | grep -q 'install ok installed' || missing+=("$p")
+done
+
+if [ ${#missing[@]} -eq 0 ]; then
+  exit 0
+fi
+
+echo "setup: installing ${missing[*]}"
+sudo=""
+[ "$(id -u)" -eq 0 ] || sudo="sudo"
+export DEBIAN_FRONTEND=noninteractive
+$sudo apt-get update -qq
+$sudo apt-get install -y -qq --no-install-recommends "${missing[@]}" >/dev/null

@@ -1,0 +1,39 @@
+#!/usr/bin/env bash
+# Runs a command on a new virtual desktop: an Xvfb server with the openbox
+# window manager. The desktop is stopped when the command ends, and the
+# command's exit status is returned.
+#   scripts/virtual-desktop.sh [--keep-open] COMMAND [ARGS...]
+set -euo pipefail
+
+keep_open=0
+if [ "${1:-}" = "--keep-open" ]; then keep_open=1; shift; fi
+
+workdir=$(mktemp -d /tmp/tarnwick-desktop.XXXXXX)
+cleanup() {
+  [ -n "${wm_pid:-}" ] && kill "$wm_pid" 2>/dev/null || true
+  [ -n "${xvfb_pid:-}" ] && kill "$xvfb_pid" 2>/dev/null || true
+  wait 2>/dev/null || true
+  rm -rf "$workdir"
+}
+trap cleanup EXIT INT TERM
+
+Xvfb -displayfd 3 -screen 0 1280x800x24 -nolisten tcp 3>"$workdir/display" >"$workdir/xvfb.log" 2>&1 &
+xvfb_pid=$!
+for _ in $(seq 1 100); do
+  [ -s "$workdir/display" ] && break
+  sleep 0.05
+done
+[ -s "$workdir/display" ] || { echo "virtual-desktop: Xvfb did not start" >&2; cat "$workdir/xvfb.log" >&2; exit 1; }
+export DISPLAY=":$(tr -d '\n' < "$workdir/display")"
+
+openbox --sm-disable >"$workdir/openbox.log" 2>&1 &
+wm_pid=$!
+for _ in $(seq 1 100); do
+  xprop -root _NET_SUPPORTING_WM_CHECK 2>/dev/null | grep -q 'window id' && break
+  sleep 0.05
+done
+
+status=0
+"$@" || status=$?
+if [ "$keep_open" -eq 1 ]; then wait "$xvfb_pid" || true; fi
+exit "$status"

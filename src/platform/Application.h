@@ -1,0 +1,36 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+
+#include "platform/Menu.h"
+
+namespace platform {
+
+// How the application takes part in the desktop. Stored and logged by its
+// raw value, which may be one the platform doesn't know.
+enum class ActivationPolicy : std::int64_t {
+    regular = 0,     // in the taskbar and app switcher
+    accessory = 1,   // no taskbar presence; windows can still come forward
+    prohibited = 2,  // never activates
+};
+
+// The running program itself, as the platform sees it.
+class Application {
+public:
+    virtual ~Application() = default;
+
+    virtual ActivationPolicy activationPolicy() const = 0;
+    virtual bool setActivationPolicy(ActivationPolicy policy) = 0;
+
+    virtual void activate() = 0;
+    virtual bool isActive() const = 0;
+
+    virtual std::shared_ptr<Menu> mainMenu() const = 0;
+    virtual void setMainMenu(std::shared_ptr<Menu> menu) = 0;
+
+    // Ends the program through the platform's own quit path.
+    virtual void terminate() = 0;
+};
+
+}  // namespace platform

@@ -1,0 +1,50 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "platform/Event.h"
+#include "platform/Subscription.h"
+
+namespace platform {
+
+// The modifier state a key translation applies, in the layout service's
+// numbering.
+namespace keyModifierState {
+inline constexpr std::uint32_t command = 1;
+inline constexpr std::uint32_t shift = 2;
+inline constexpr std::uint32_t option = 8;
+inline constexpr std::uint32_t control = 16;
+}  // namespace keyModifierState
+
+struct KeyTranslation {
+    std::int32_t status = 0;  // non-zero: the layout could not translate
+    std::string text;         // UTF-8; empty when the key gives nothing
+};
+
+// A keyboard layout: an identity, and what a key gives under a modifier state.
+class InputSource {
+public:
+    virtual ~InputSource() = default;
+    // The input source's identifier; absent for a source that has none.
+    virtual std::optional<std::string> identifier() const = 0;
+    // What the key gives when displayed (no dead-key state), under the
+    // modifier state.
+    virtual KeyTranslation translate(KeyCode keyCode, std::uint32_t modifierState) const = 0;
+};
+
+class KeyboardLayouts {
+public:
+    virtual ~KeyboardLayouts() = default;
+    // The layout the user types with now; null if none can be had.
+    virtual std::shared_ptr<InputSource> copyCurrentKeyboardLayoutInputSource() = 0;
+    // The layout that gives stable Latin text; null if none can be had.
+    virtual std::shared_ptr<InputSource> copyCurrentASCIICapableKeyboardLayoutInputSource() = 0;
+    // Told on the main loop whenever the current layout changes.
+    virtual Subscription observeLayoutChanges(std::function<void()> handler) = 0;
+};
+
+}  // namespace platform

@@ -1,0 +1,94 @@
+#include "platform/sim/SimWorkspace.h"
+
+#include <algorithm>
+
+namespace platform::sim {
+
+SimWorkspace::SimWorkspace(SimMainLoop& loop) : loop_(loop) {}
+
+std::vector<RunningApplicationRef> SimWorkspace::runningApplications() const {
+    return {running_.begin(), running_.end()};
+}
+
+RunningApplicationRef SimWorkspace::runningApplicationWithProcessIdentifier(pid_t pid) const {
+    for (const auto& app : running_) {
+        if (app->processIdentifier() == pid) return app;
+    }
+    return nullptr;
+}
+
+Token SimWorkspace::addObserverForName(WorkspaceNotification name, NotificationHandler handler) {
+    const auto id = ++lastId_;
+    observers_.emplace(id, std::make_pair(name, std::move(handler)));
+    return Token{id};
+}
+
+void SimWorkspace::removeObserver(Token observer, WorkspaceNotification name) {
+    auto it = observers_.find(observer.id);
+    if (it != observers_.end() && it->second.first == name) observers_.erase(it);
+}
+
+Subscription SimWorkspace::observeFrontmostApplication(bool initial, FrontmostHandler handler) {
+    const auto id = ++lastId_;
+    frontmostObservers_.emplace(id, handler);
+    if (initial) handler(frontmost_);
+    return Subscription([this, id] { frontmostObservers_.erase(id); });
+}
+
+std::shared_ptr<SimRunningApplication> SimWorkspace::addRunning(SimRunningApplication::Info info) {
+    auto app = std::make_shared<SimRunningApplication>(std::move(info));
+    running_.push_back(app);
+    return app;
+}
+
+std::shared_ptr<SimRunningApplication> SimWorkspace::launch(SimRunningApplication::Info info) {
+    auto app = addRunning(std::move(info));
+    post(WorkspaceNotification::didLaunchApplication, app);
+    return app;
+}
+
+void SimWorkspace::terminate(pid_t pid) {
+    auto it = std::find_if(running_.begin(), running_.end(),
+                           [pid](const auto& app) { return app->processIdentifier() == pid; });
+    if (it == running_.end()) return;
+    auto app = *it;
+    running_.erase(it);
+    app->markTerminated();
+    post(WorkspaceNotification::didTerminateApplication, app);
+}
+
+void SimWorkspace::setFrontmostApplication(RunningApplicationRef app) {
+    frontmost_ = std::move(app);
+    // Observers may remove themselves while being told.
+    auto observers = frontmostObservers_;
+    for (const auto& [id, handler] : observers) {
+        if (frontmostObservers_.count(id)) handler(frontmost_);
+    }
+}
+
+void SimWorkspace::setCurrentApplication(std::shared_ptr<SimRunningApplication> app) {
+    if (std::find(running_.begin(), running_.end(), app) == running_.end()) running_.push_back(app);
+    current_ = std::move(app);
+}
+
+void SimWorkspace::postNotificationWithoutApplication(WorkspaceNotification name) {
+    post(name, nullptr);
+}
+
+std::size_t SimWorkspace::observerCount(WorkspaceNotification name) const {
+    return static_cast<std::size_t>(std::count_if(observers_.begin(), observers_.end(),
+                                                  [name](const auto& entry) {
+                                                      return entry.second.first == name;
+                                                  }));
+}
+
+void SimWorkspace::post(WorkspaceNotification name, RunningApplicationRef app) {
+    loop_.post([this, name, app] {
+        auto observers = observers_;
+        for (const auto& [id, entry] : observers) {
+            if (entry.first == name && observers_.count(id)) entry.second({app});
+        }
+    });
+}
+
+}  // namespace platform::sim

@@ -1,0 +1,55 @@
+#pragma once
+
+#include <map>
+#include <memory>
+#include <vector>
+
+#include "platform/Workspace.h"
+#include "platform/sim/SimMainLoop.h"
+#include "platform/sim/SimRunningApplication.h"
+
+namespace platform::sim {
+
+// The simulated workspace: running applications in launch order, the
+// frontmost one, and the launch and termination notifications, delivered on
+// the main loop as the platform does.
+class SimWorkspace final : public Workspace {
+public:
+    explicit SimWorkspace(SimMainLoop& loop);
+
+    std::vector<RunningApplicationRef> runningApplications() const override;
+    RunningApplicationRef frontmostApplication() const override { return frontmost_; }
+    RunningApplicationRef currentApplication() const override { return current_; }
+    RunningApplicationRef runningApplicationWithProcessIdentifier(pid_t pid) const override;
+
+    Token addObserverForName(WorkspaceNotification name, NotificationHandler handler) override;
+    void removeObserver(Token observer, WorkspaceNotification name) override;
+    Subscription observeFrontmostApplication(bool initial, FrontmostHandler handler) override;
+
+    // Scripting. launch() and terminate() post their notification.
+    std::shared_ptr<SimRunningApplication> launch(SimRunningApplication::Info info);
+    // Adds an application that was running before the program started: no
+    // notification.
+    std::shared_ptr<SimRunningApplication> addRunning(SimRunningApplication::Info info);
+    void terminate(pid_t pid);
+    void setFrontmostApplication(RunningApplicationRef app);
+    // This program's own entry; it is one of the running applications.
+    void setCurrentApplication(std::shared_ptr<SimRunningApplication> app);
+    // Posts a notification whose information lacks the application.
+    void postNotificationWithoutApplication(WorkspaceNotification name);
+
+    std::size_t observerCount(WorkspaceNotification name) const;
+
+private:
+    void post(WorkspaceNotification name, RunningApplicationRef app);
+
+    SimMainLoop& loop_;
+    std::uint64_t lastId_ = 0;
+    std::vector<std::shared_ptr<SimRunningApplication>> running_;
+    RunningApplicationRef frontmost_;
+    std::shared_ptr<SimRunningApplication> current_;
+    std::map<std::uint64_t, std::pair<WorkspaceNotification, NotificationHandler>> observers_;
+    std::map<std::uint64_t, FrontmostHandler> frontmostObservers_;
+};
+
+}  // namespace platform::sim

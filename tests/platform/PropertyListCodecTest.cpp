@@ -1,0 +1,68 @@
+#include "platform/PropertyListCodec.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+using platform::PropertyList;
+using platform::PropertyListCodec;
+
+namespace {
+
+PropertyList everyKind() {
+    using namespace std::chrono;
+    PropertyList::Dictionary dict;
+    dict["text"] = "Grüße ⌘";
+    dict["data"] = PropertyList::Data{0, 1, 2, 255};
+    dict["yes"] = true;
+    dict["no"] = false;
+    dict["negative"] = -42;
+    dict["unsigned"] = 917504u;
+    dict["large"] = static_cast<unsigned long long>(1) << 40;
+    dict["real"] = 2.5;
+    dict["date"] = PropertyList::Date(seconds(1'700'000'000));  // XML keeps whole seconds
+    dict["array"] = PropertyList::Array{"a", 1, PropertyList::Array{}};
+    dict["nested"] = PropertyList::Dictionary{{"inner", PropertyList::Dictionary{}}};
+    return dict;
+}
+
+}  // namespace
+
+TEST(PropertyListCodec, BothFormsRoundTripEveryKindOfValue) {
+    const auto original = everyKind();
+    auto fromBinary = PropertyListCodec::decode(PropertyListCodec::encodeBinary(original));
+    ASSERT_TRUE(fromBinary);
+    EXPECT_EQ(*fromBinary, original) << fromBinary->debugDescription();
+
+    auto fromXML = PropertyListCodec::decode(PropertyListCodec::encodeXML(original));
+    ASSERT_TRUE(fromXML);
+    EXPECT_EQ(*fromXML, original) << fromXML->debugDescription();
+}
+
+TEST(PropertyListCodec, BinaryDatesKeepFractionsOfASecond) {
+    using namespace std::chrono;
+    PropertyList date = PropertyList::Date(seconds(1'700'000'000) + microseconds(250'000));
+    EXPECT_EQ(PropertyListCodec::decode(PropertyListCodec::encodeBinary(date)), date);
+}
+
+TEST(PropertyListCodec, BinaryFormStartsWithItsMagic) {
+    auto bytes = PropertyListCodec::encodeBinary(PropertyList::Dictionary{{"keyCode", 65535u}});
+    ASSERT_GE(bytes.size(), 8u);
+    EXPECT_EQ(std::string(bytes.begin(), bytes.begin() + 8), "bplist00");
+}
+
+TEST(PropertyListCodec, DamagedInputDecodesToNothing) {
+    EXPECT_FALSE(PropertyListCodec::decode(std::string_view("")));
+    EXPECT_FALSE(PropertyListCodec::decode(std::string_view("not a property list")));
+    auto bytes = PropertyListCodec::encodeBinary(everyKind());
+    bytes.resize(bytes.size() / 2);
+    EXPECT_FALSE(PropertyListCodec::decode(bytes));
+}
+
+TEST(PropertyList, IntegersCompareByValueWhateverTheirSignedness) {
+    EXPECT_EQ(PropertyList(5), PropertyList(5u));
+    EXPECT_NE(PropertyList(-1), PropertyList(static_cast<unsigned long long>(-1)));
+    EXPECT_NE(PropertyList(1), PropertyList(1.0));
+    EXPECT_EQ(PropertyList(7u).signedInteger(), 7);
+    EXPECT_FALSE(PropertyList(-7).unsignedInteger());
+}

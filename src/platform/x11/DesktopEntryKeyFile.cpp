@@ -13,8 +13,10 @@ std::string_view trimmed(std::string_view text) {
     return text;
 }
 
+// Desktop entries keep to letters, digits and '-', but the lists of default
+// applications key by content type ("inode/directory", "image/svg+xml").
 bool isKeyCharacter(char c) {
-    return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || (c >= '0' && c <= '9') || c == '-';
+    return c != ' ' && c != '\t' && c != '[' && c != ']' && c != '=';
 }
 
 // "Name" or "Name[locale]", where the locale has no brackets or spaces.

@@ -1,0 +1,121 @@
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <vector>
+
+#include "platform/sim/SimMainLoop.h"
+#include "platform/x11/ProcessWatcher.h"
+#include "x11/ProcessTestChild.h"
+
+namespace platform::x11 {
+namespace {
+
+using fixtures::ProcessTestChild;
+
+std::size_t openDescriptorCount() {
+    return static_cast<std::size_t>(
+        std::distance(std::filesystem::directory_iterator("/proc/self/fd"),
+                      std::filesystem::directory_iterator()));
+}
+
+class ProcessWatcherTest : public ::testing::Test {
+  protected:
+    ProcessWatcher::Handler record() {
+        return [this](pid_t pid) { reported.push_back(pid); };
+    }
+
+    sim::SimMainLoop loop;
+    ProcessWatcher watcher{loop};
+    std::vector<pid_t> reported;
+};
+
+TEST_F(ProcessWatcherTest, ReportsAChildEndingOnceOnTheLoop) {
+    ProcessTestChild child;
+    ASSERT_TRUE(watcher.watch(child.pid(), record()));
+    loop.runUntilIdle();
+    EXPECT_TRUE(reported.empty()) << "the child still runs";
+
+    child.kill();
+    ASSERT_TRUE(loop.runUntil([&] { return !reported.empty(); }));
+    EXPECT_EQ(reported, std::vector<pid_t>{child.pid()});
+    EXPECT_FALSE(watcher.isWatching(child.pid()));
+    loop.runUntilIdle();
+    EXPECT_EQ(reported.size(), 1u);
+}
+
+TEST_F(ProcessWatcherTest, ReportsAProcessThatIsAlreadyGoneOneTurnLater) {
+    ProcessTestChild child(ProcessTestChild::Behaviour::exitAtOnce);
+    child.reap();
+    ASSERT_TRUE(watcher.watch(child.pid(), record()));
+    EXPECT_TRUE(reported.empty()) << "never from within watch";
+    loop.runOneTurn();
+    EXPECT_EQ(reported, std::vector<pid_t>{child.pid()});
+
+    ASSERT_TRUE(watcher.watch(-1, record()));
+    loop.runOneTurn();
+    EXPECT_EQ(reported.back(), -1);
+}
+
+TEST_F(ProcessWatcherTest, ReportsAnEndedChildNotYetReaped) {
+    ProcessTestChild child(ProcessTestChild::Behaviour::exitAtOnce);
+    child.waitUntilEnded();
+    ASSERT_TRUE(watcher.watch(child.pid(), record()));
+    loop.runUntilIdle();
+    EXPECT_EQ(reported, std::vector<pid_t>{child.pid()});
+}
+
+TEST_F(ProcessWatcherTest, UnwatchedProcessesAreNotReported) {
+    ProcessTestChild running;
+    ProcessTestChild gone(ProcessTestChild::Behaviour::exitAtOnce);
+    gone.reap();
+    watcher.watch(running.pid(), record());
+    watcher.watch(gone.pid(), record());
+    watcher.unwatch(running.pid());
+    watcher.unwatch(gone.pid());
+    running.kill();
+    running.reap();
+    loop.runUntilIdle();
+    EXPECT_TRUE(reported.empty());
+    EXPECT_EQ(watcher.watchCount(), 0u);
+}
+
+TEST_F(ProcessWatcherTest, WatchingAgainReplacesTheHandler) {
+    ProcessTestChild child(ProcessTestChild::Behaviour::exitAtOnce);
+    child.reap();
+    int first = 0;
+    watcher.watch(child.pid(), [&](pid_t) { ++first; });
+    watcher.watch(child.pid(), record());
+    loop.runUntilIdle();
+    EXPECT_EQ(first, 0);
+    EXPECT_EQ(reported.size(), 1u);
+}
+
+TEST_F(ProcessWatcherTest, ClosesItsDescriptors) {
+    const auto before = openDescriptorCount();
+    ProcessTestChild first;
+    ProcessTestChild second;
+    {
+        ProcessWatcher local(loop);
+        local.watch(first.pid(), record());
+        local.watch(second.pid(), record());
+        EXPECT_EQ(openDescriptorCount(), before + 2);
+        first.kill();
+        ASSERT_TRUE(loop.runUntil([&] { return !reported.empty(); }));
+        EXPECT_EQ(openDescriptorCount(), before + 1) << "closed once reported";
+    }
+    EXPECT_EQ(openDescriptorCount(), before) << "closed with the watcher";
+}
+
+TEST_F(ProcessWatcherTest, AReportPostedBeforeTheWatcherWentIsDropped) {
+    ProcessTestChild child(ProcessTestChild::Behaviour::exitAtOnce);
+    child.reap();
+    {
+        ProcessWatcher local(loop);
+        local.watch(child.pid(), record());
+    }
+    loop.runUntilIdle();
+    EXPECT_TRUE(reported.empty());
+}
+
+}  // namespace
+}  // namespace platform::x11

@@ -1,0 +1,109 @@
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include "platform/sim/SimMainLoop.h"
+#include "platform/x11/DefaultFileManager.h"
+#include "platform/x11/X11RunningApplication.h"
+#include "x11/DesktopEntryTestTree.h"
+#include "x11/ProcessTestChild.h"
+
+namespace platform::x11 {
+namespace {
+
+using fixtures::DesktopEntryTestTree;
+using fixtures::ProcessTestChild;
+
+class X11RunningApplicationTest : public ::testing::Test {
+  protected:
+    DesktopEntry entry(std::string_view extra = {}) {
+        const auto file = tree.writeApplication(
+            std::string(DesktopEntryTestTree::system) + "org.example.Notes.desktop", "Notes",
+            "notes %U", extra);
+        return *DesktopEntry::load(file, "org.example.Notes.desktop");
+    }
+
+    DesktopEntryTestTree tree;
+    DesktopEntryIcons icons{tree.directories()};
+};
+
+TEST_F(X11RunningApplicationTest, AnEntryGivesTheIdentity) {
+    const auto icon = tree.write("usr/share/icons/hicolor/48x48/apps/notes.png", "png");
+    const auto notes = entry("Icon=notes\n");
+    const X11RunningApplication application(1234, X11RunningApplication::identityOf(notes, icons));
+    EXPECT_EQ(application.processIdentifier(), 1234);
+    EXPECT_EQ(application.bundleIdentifier(), "org.example.Notes");
+    EXPECT_EQ(application.bundleURL(), notes.path);
+    EXPECT_EQ(application.localizedName(), "Notes");
+    EXPECT_EQ(application.icon(), Image::file(icon));
+    EXPECT_EQ(application.activationPolicy(), ActivationPolicy::regular);
+    EXPECT_FALSE(application.isTerminated());
+    EXPECT_EQ(application.description(), "<X11RunningApplication pid=1234 id=org.example.Notes>");
+}
+
+TEST_F(X11RunningApplicationTest, PolicyFollowsTheEntrysVisibility) {
+    const auto policy = [&](std::string_view extra) {
+        return X11RunningApplication::identityOf(entry(extra), icons).activationPolicy;
+    };
+    EXPECT_EQ(policy("NoDisplay=true\n"), ActivationPolicy::accessory);
+    EXPECT_EQ(policy("Hidden=true\n"), ActivationPolicy::prohibited);
+    EXPECT_EQ(policy("Icon=missing\n"), ActivationPolicy::regular);
+    EXPECT_FALSE(X11RunningApplication::identityOf(entry("Icon=missing\n"), icons).icon);
+}
+
+TEST_F(X11RunningApplicationTest, TheFileManagerPresentsItselfAsTheFinder) {
+    const auto identity = X11RunningApplication::finderIdentityOf(entry("NoDisplay=true\n"), icons);
+    EXPECT_EQ(identity.bundleIdentifier, "com.apple.finder");
+    EXPECT_EQ(identity.bundleURL, std::filesystem::path("/System/Library/CoreServices/Finder.app"));
+    EXPECT_EQ(identity.localizedName, "Notes");
+    EXPECT_EQ(identity.activationPolicy, ActivationPolicy::regular);
+}
+
+TEST_F(X11RunningApplicationTest, AProcessWithoutEntryIsKnownByItsExecutable) {
+    const X11RunningApplication self(::getpid(),
+                                     X11RunningApplication::identityOfProcess(::getpid()));
+    EXPECT_EQ(self.localizedName(), "x11_tests");
+    EXPECT_FALSE(self.bundleIdentifier());
+    EXPECT_FALSE(self.bundleURL());
+    EXPECT_EQ(self.description(),
+              "<X11RunningApplication pid=" + std::to_string(::getpid()) + " id=(none)>");
+}
+
+TEST_F(X11RunningApplicationTest, IsTerminatedWhenTheWatcherSeesTheProcessEnd) {
+    sim::SimMainLoop loop;
+    ProcessWatcher watcher(loop);
+    ProcessTestChild child;
+    const auto application = std::make_shared<X11RunningApplication>(
+        child.pid(), X11RunningApplication::identityOf(entry(), icons));
+    std::shared_ptr<X11RunningApplication> told;
+    ASSERT_TRUE(application->followTermination(
+        watcher, [&](const std::shared_ptr<X11RunningApplication>& ended) { told = ended; }));
+    loop.runUntilIdle();
+    EXPECT_FALSE(application->isTerminated());
+    child.kill();
+    ASSERT_TRUE(loop.runUntil([&] { return told != nullptr; }));
+    EXPECT_EQ(told, application);
+    EXPECT_TRUE(application->isTerminated());
+}
+
+TEST(DesktopEntryIconsTest, FindsIconsInThemesThenPixmaps) {
+    DesktopEntryTestTree tree;
+    const auto large = tree.write("usr/share/icons/hicolor/256x256/apps/tool.png", "png");
+    const auto medium = tree.write("usr/share/icons/hicolor/48x48/apps/tool.svg", "svg");
+    const auto mine = tree.write("home/.local/share/icons/hicolor/64x64/apps/mine.png", "png");
+    const auto legacy = tree.write("usr/share/icons/Adwaita/24x24/legacy/folder-ish.png", "png");
+    const auto pixmap = tree.write("usr/share/pixmaps/old.xpm", "xpm");
+    const DesktopEntryIcons icons(tree.directories());
+    EXPECT_EQ(icons.find("tool"), medium) << "the list size first";
+    EXPECT_EQ(icons.find("tool.png"), medium) << "a given extension is ignored";
+    EXPECT_EQ(icons.find("mine"), mine);
+    EXPECT_EQ(icons.find("folder-ish"), legacy);
+    EXPECT_EQ(icons.find("old"), pixmap);
+    EXPECT_EQ(icons.find(large.string()), large) << "an absolute path as it stands";
+    EXPECT_FALSE(icons.find((tree.root() / "nothing.png").string()));
+    EXPECT_FALSE(icons.find("missing"));
+    EXPECT_FALSE(icons.find("../pixmaps/old"));
+    EXPECT_FALSE(icons.find(""));
+}
+
+}  // namespace
+}  // namespace platform::x11

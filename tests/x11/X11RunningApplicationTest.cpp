@@ -58,6 +58,21 @@ TEST_F(X11RunningApplicationTest, TheFileManagerPresentsItselfAsTheFinder) {
     EXPECT_EQ(identity.activationPolicy, ActivationPolicy::regular);
 }
 
+TEST_F(X11RunningApplicationTest, OnlyTheFileManagersEntryMakesTheFinder) {
+    const auto notes = entry();
+    auto other = notes;
+    other.id = "other.desktop";
+    const DefaultFileManager fileManager(notes);
+    const auto identity = [&](const DesktopEntry* found, const DefaultFileManager* manager) {
+        return X11RunningApplication::identityFor(::getpid(), found, manager, icons)
+            .bundleIdentifier.value_or("(none)");
+    };
+    EXPECT_EQ(identity(&notes, &fileManager), "com.apple.finder");
+    EXPECT_EQ(identity(&other, &fileManager), "other");
+    EXPECT_EQ(identity(&notes, nullptr), "org.example.Notes");
+    EXPECT_EQ(identity(nullptr, &fileManager), "(none)");
+}
+
 TEST_F(X11RunningApplicationTest, AProcessWithoutEntryIsKnownByItsExecutable) {
     const X11RunningApplication self(::getpid(),
                                      X11RunningApplication::identityOfProcess(::getpid()));

@@ -12,7 +12,7 @@
 namespace platform::x11 {
 
 // The user's and the system's choices of application per content type: the
-// mimeapps.list files, with the desktop-specific "<desktop>-mimeapps.list"
+// mimeapps.list files, with the current desktop's own "<desktop>-mimeapps.list"
 // before the general one at each level.
 class MimeApps {
   public:

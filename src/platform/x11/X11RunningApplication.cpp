@@ -1,6 +1,5 @@
 #include "platform/x11/X11RunningApplication.h"
 
-#include "platform/x11/DefaultFileManager.h"
 #include "platform/x11/ProcessInfo.h"
 
 namespace platform::x11 {
@@ -43,6 +42,17 @@ X11RunningApplication::Identity X11RunningApplication::identityOfProcess(pid_t p
     if (!names.empty())
         identity.localizedName = names.front();
     return identity;
+}
+
+X11RunningApplication::Identity X11RunningApplication::identityFor(
+    pid_t pid, const DesktopEntry* entry, const DefaultFileManager* fileManager,
+    const DesktopEntryIcons& icons) {
+    if (!entry)
+        return identityOfProcess(pid);
+    if (fileManager && fileManager->entry().id == entry->id) {
+        return finderIdentityOf(*entry, icons);
+    }
+    return identityOf(*entry, icons);
 }
 
 std::string X11RunningApplication::description() const {

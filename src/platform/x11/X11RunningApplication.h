@@ -4,6 +4,7 @@
 #include <memory>
 
 #include "platform/Workspace.h"
+#include "platform/x11/DefaultFileManager.h"
 #include "platform/x11/DesktopEntry.h"
 #include "platform/x11/DesktopEntryIcons.h"
 #include "platform/x11/ProcessWatcher.h"
@@ -36,6 +37,11 @@ class X11RunningApplication final : public RunningApplication,
                                      const DesktopEntryIcons& icons);
     // The identity of a process without an entry: its executable's name.
     static Identity identityOfProcess(pid_t pid);
+    // The identity of a process whose entry (if any) the index found: the
+    // Finder's when the entry is the file manager's.
+    static Identity identityFor(pid_t pid, const DesktopEntry* entry,
+                                const DefaultFileManager* fileManager,
+                                const DesktopEntryIcons& icons);
 
     X11RunningApplication(pid_t pid, Identity identity)
         : pid_(pid), identity_(std::move(identity)) {}

@@ -1,0 +1,1 @@
+tarnwick_benchmark(DesktopEntryIndexBench LIBS platform_x11)

@@ -1,0 +1,1 @@
+tarnwick_fuzzer(DesktopEntryFuzzer LIBS platform_x11)

@@ -1,0 +1,21 @@
+// Desktop entries and the lists of default applications are files anyone
+// can drop into a data directory: none may crash the reader.
+#include <cstddef>
+#include <cstdint>
+#include <string_view>
+
+#include "platform/x11/DesktopEntry.h"
+#include "platform/x11/DesktopEntryExec.h"
+#include "platform/x11/MimeApps.h"
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    const std::string_view text(reinterpret_cast<const char*>(data), size);
+    using namespace platform::x11;
+    if (const auto entry = DesktopEntry::parse(text, DesktopEntryLocale("sr_RS@latin"))) {
+        desktopEntryCommandLine(entry->exec);
+        desktopEntryProgramName(entry->exec);
+    }
+    MimeApps::parseList(text);
+    desktopEntryCommandLine(text);
+    return 0;
+}

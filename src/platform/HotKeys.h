@@ -28,9 +28,12 @@ struct SymbolicHotKey {
     std::uint32_t modifiers = 0;  // hot key service numbering
 };
 
+// Whether another program holds a key with modifiers for the whole desktop.
+enum class ShortcutAvailability { free, taken, cannotRead };
+
 // System-wide hot keys, and the system's own shortcuts.
 class HotKeys {
-public:
+  public:
     using Handler = std::function<void(bool pressed)>;
 
     virtual ~HotKeys() = default;
@@ -41,6 +44,12 @@ public:
     virtual OSStatus unregisterEventHotKey(Token hotKey) = 0;
     // The system's shortcuts; a non-zero status when they can't be read.
     virtual OSStatus copySymbolicHotKeys(std::vector<SymbolicHotKey>& hotKeys) = 0;
+    // Asks the desktop about one key with modifiers (hot key service
+    // numbering). A platform that can't tell answers cannotRead.
+    virtual ShortcutAvailability isShortcutTaken(KeyCode /*keyCode*/,
+                                                 std::uint32_t /*carbonModifiers*/) {
+        return ShortcutAvailability::cannotRead;
+    }
 };
 
 }  // namespace platform

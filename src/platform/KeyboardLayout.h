@@ -16,6 +16,7 @@ namespace platform {
 namespace keyModifierState {
 inline constexpr std::uint32_t command = 1;
 inline constexpr std::uint32_t shift = 2;
+inline constexpr std::uint32_t capsLock = 4;
 inline constexpr std::uint32_t option = 8;
 inline constexpr std::uint32_t control = 16;
 }  // namespace keyModifierState
@@ -27,7 +28,7 @@ struct KeyTranslation {
 
 // A keyboard layout: an identity, and what a key gives under a modifier state.
 class InputSource {
-public:
+  public:
     virtual ~InputSource() = default;
     // The input source's identifier; absent for a source that has none.
     virtual std::optional<std::string> identifier() const = 0;
@@ -37,7 +38,7 @@ public:
 };
 
 class KeyboardLayouts {
-public:
+  public:
     virtual ~KeyboardLayouts() = default;
     // The layout the user types with now; null if none can be had.
     virtual std::shared_ptr<InputSource> copyCurrentKeyboardLayoutInputSource() = 0;

@@ -1,0 +1,40 @@
+#pragma once
+
+#include <sys/types.h>
+
+#include <functional>
+
+#include "platform/EventMonitors.h"
+#include "platform/x11/X11ActiveWindowTracker.h"
+#include "platform/x11/X11RawInput.h"
+
+namespace platform::x11 {
+
+// Event monitors over the desktop's raw input. Global monitors hear the
+// events while another application is active, local ones while one of our
+// own windows is, as the platform sorts them. A local monitor's answer can't
+// hold an event back here: the window has it already.
+class X11EventMonitors final : public EventMonitors {
+  public:
+    // Whether the active window is one of ours.
+    using OurWindowIsActive = std::function<bool()>;
+
+    // Without raw input every monitor is refused.
+    X11EventMonitors(X11RawInput* input, OurWindowIsActive ourWindowIsActive);
+
+    // The usual test: the active window's process is this one.
+    static OurWindowIsActive activeProcessIs(const X11ActiveWindowTracker& tracker, pid_t pid);
+
+    Token addGlobalMonitor(EventMask mask, GlobalHandler handler) override;
+    Token addLocalMonitor(EventMask mask, LocalHandler handler) override;
+    void removeMonitor(Token monitor) override;
+
+    CGPoint mouseLocation() const override;
+    ModifierFlags modifierFlags() const override;
+
+  private:
+    X11RawInput* input_;
+    OurWindowIsActive ourWindowIsActive_;
+};
+
+}  // namespace platform::x11

@@ -1,0 +1,25 @@
+#pragma once
+
+#include "platform/EventTap.h"
+#include "platform/x11/X11RawInput.h"
+
+namespace platform::x11 {
+
+// A listen-only tap: every raw key and pointer event of the desktop,
+// whichever application is active.
+class X11EventTap final : public EventTap {
+  public:
+    // Without raw input every tap is refused.
+    explicit X11EventTap(X11RawInput* input) : input_(input) {}
+    ~X11EventTap() override { *alive_ = false; }
+    X11EventTap(const X11EventTap&) = delete;
+    X11EventTap& operator=(const X11EventTap&) = delete;
+
+    Subscription tapCreate(EventMask mask, std::function<void(const Event&)> callback) override;
+
+  private:
+    X11RawInput* input_;
+    std::shared_ptr<bool> alive_ = std::make_shared<bool>(true);
+};
+
+}  // namespace platform::x11

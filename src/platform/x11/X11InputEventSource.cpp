@@ -1,0 +1,52 @@
+#include "platform/x11/X11InputEventSource.h"
+
+#include <cstdlib>
+
+namespace platform::x11 {
+
+X11InputEventSource::X11InputEventSource(std::unique_ptr<X11Connection> connection, MainLoop& loop)
+    : connection_(std::move(connection)), loop_(loop) {
+    watch_ =
+        loop_.watchFileDescriptor(connection_->fileDescriptor(), [this] { dispatchPending(); });
+}
+
+X11InputEventSource::~X11InputEventSource() {
+    *alive_ = false;
+    loop_.unwatch(watch_);
+}
+
+void X11InputEventSource::selectRootEvents(std::uint32_t eventMask) {
+    if ((rootEventMask_ | eventMask) == rootEventMask_)
+        return;
+    rootEventMask_ |= eventMask;
+    xcb_change_window_attributes(xcb(), root(), XCB_CW_EVENT_MASK, &rootEventMask_);
+    xcb_flush(xcb());
+}
+
+void X11InputEventSource::dispatchPending() {
+    while (xcb_generic_event_t* event = xcb_poll_for_event(xcb())) {
+        eventHandlers_.call(*event);
+        std::free(event);
+    }
+    idleHandlers_.call();
+    xcb_flush(xcb());
+    if (xcb_connection_has_error(xcb()) && watch_) {
+        // A dead connection stays readable forever; stop listening to it.
+        loop_.unwatch(watch_);
+        watch_ = Token{};
+    }
+}
+
+void X11InputEventSource::dispatchSoon() {
+    if (dispatchPosted_)
+        return;
+    dispatchPosted_ = true;
+    loop_.post([this, alive = std::weak_ptr<bool>(alive_)] {
+        if (alive.expired())
+            return;
+        dispatchPosted_ = false;
+        dispatchPending();
+    });
+}
+
+}  // namespace platform::x11

@@ -1,0 +1,208 @@
+#include "platform/x11/X11RawInput.h"
+
+#include <xcb/xcbext.h>
+#include <xcb/xinput.h>
+
+#include <cstdlib>
+
+#include "platform/x11/XkbProtocol.h"
+
+namespace platform::x11 {
+
+namespace {
+
+constexpr EventMask keyboardMask = eventMaskFor(EventType::keyDown) |
+                                   eventMaskFor(EventType::keyUp) |
+                                   eventMaskFor(EventType::flagsChanged);
+constexpr EventMask motionMask = eventMaskFor(EventType::mouseMoved);
+
+bool hasXInput22(xcb_connection_t* connection) {
+    auto cookie = xcb_input_xi_query_version(connection, 2, 2);
+    xcb_input_xi_query_version_reply_t* reply =
+        xcb_input_xi_query_version_reply(connection, cookie, nullptr);
+    if (!reply)
+        return false;
+    const bool supported =
+        reply->major_version > 2 || (reply->major_version == 2 && reply->minor_version >= 2);
+    std::free(reply);
+    return supported;
+}
+
+void selectRawEvents(xcb_connection_t* connection, xcb_window_t root, bool withMotion) {
+    struct {
+        xcb_input_event_mask_t header;
+        std::uint32_t bits;
+    } mask{{XCB_INPUT_DEVICE_ALL_MASTER, 1},
+           XCB_INPUT_XI_EVENT_MASK_RAW_KEY_PRESS | XCB_INPUT_XI_EVENT_MASK_RAW_KEY_RELEASE |
+               (withMotion ? std::uint32_t{XCB_INPUT_XI_EVENT_MASK_RAW_MOTION} : 0u)};
+    xcb_input_xi_select_events(connection, root, 1, &mask.header);
+    xcb_flush(connection);
+}
+
+}  // namespace
+
+std::unique_ptr<X11RawInput> X11RawInput::create(X11InputEventSource& source,
+                                                 X11KeyboardLayouts* layouts) {
+    const xcb_query_extension_reply_t* extension =
+        xcb_get_extension_data(source.xcb(), &xcb_input_id);
+    if (!extension || !extension->present || !hasXInput22(source.xcb()))
+        return nullptr;
+    return std::unique_ptr<X11RawInput>(new X11RawInput(source, layouts, extension->major_opcode));
+}
+
+X11RawInput::X11RawInput(X11InputEventSource& source, X11KeyboardLayouts* layouts,
+                         std::uint8_t opcode)
+    : source_(source),
+      opcode_(opcode),
+      translator_([layouts]() -> const XkbInputSource* {
+          return layouts ? layouts->currentSource().get() : nullptr;
+      }),
+      rootHeight_(source.connection().screen()->height_in_pixels) {
+    source_.selectRootEvents(XCB_EVENT_MASK_STRUCTURE_NOTIFY);
+    selectRawEvents(source_.xcb(), source_.root(), false);
+    seedFromServer();
+    eventHandler_ =
+        source_.addEventHandler([this](const xcb_generic_event_t& event) { handleEvent(event); });
+    idleHandler_ = source_.addIdleHandler([this] { collectPointer(); });
+    source_.dispatchSoon();
+}
+
+X11RawInput::~X11RawInput() {
+    source_.removeEventHandler(eventHandler_);
+    source_.removeIdleHandler(idleHandler_);
+    if (pendingQuery_)
+        xcb_discard_reply(source_.xcb(), *pendingQuery_);
+}
+
+void X11RawInput::seedFromServer() {
+    xcb_connection_t* connection = source_.xcb();
+    auto keysCookie = xcb_query_keymap(connection);
+    auto stateCookie = xcb_xkb_get_state(connection, XCB_XKB_ID_USE_CORE_KBD);
+    xcb_query_keymap_reply_t* keys = xcb_query_keymap_reply(connection, keysCookie, nullptr);
+    xcb_xkb_get_state_reply_t* state = xcb_xkb_get_state_reply(connection, stateCookie, nullptr);
+    const bool capsLockOn = state && (state->lockedMods & XCB_MOD_MASK_LOCK);
+    if (keys)
+        translator_.seed(keys->keys, capsLockOn);
+    std::free(keys);
+    std::free(state);
+}
+
+Token X11RawInput::addListener(EventMask mask, Listener listener) {
+    const Token token = listeners_.add([mask, listener = std::move(listener)](const Event& event) {
+        if (mask & eventMaskFor(event.type))
+            listener(event);
+    });
+    masks_[token.id] = mask;
+    updateSelection();
+    return token;
+}
+
+void X11RawInput::removeListener(Token token) {
+    listeners_.remove(token);
+    masks_.erase(token.id);
+    updateSelection();
+}
+
+void X11RawInput::updateSelection() {
+    bool wantsMotion = false;
+    for (const auto& [id, mask] : masks_)
+        wantsMotion = wantsMotion || (mask & motionMask);
+    if (wantsMotion == motionSelected_)
+        return;
+    motionSelected_ = wantsMotion;
+    movedSinceQuery_ = true;
+    selectRawEvents(source_.xcb(), source_.root(), wantsMotion);
+}
+
+void X11RawInput::handleEvent(const xcb_generic_event_t& event) {
+    const std::uint8_t type = event.response_type & 0x7f;
+    if (type == XCB_CONFIGURE_NOTIFY) {
+        const auto& configure = reinterpret_cast<const xcb_configure_notify_event_t&>(event);
+        if (configure.window == source_.root())
+            rootHeight_ = configure.height;
+        return;
+    }
+    if (type != XCB_GE_GENERIC)
+        return;
+    const auto& generic = reinterpret_cast<const xcb_ge_generic_event_t&>(event);
+    if (generic.extension != opcode_)
+        return;
+    switch (generic.event_type) {
+        case XCB_INPUT_RAW_KEY_PRESS:
+        case XCB_INPUT_RAW_KEY_RELEASE: {
+            const auto& raw = reinterpret_cast<const xcb_input_raw_key_press_event_t&>(event);
+            const bool pressed = generic.event_type == XCB_INPUT_RAW_KEY_PRESS;
+            if (raw.detail > 255)
+                return;
+            if (auto keyEvent = translator_.keyEvent(static_cast<xcb_keycode_t>(raw.detail),
+                                                     pressed, raw.time)) {
+                deliver(*keyEvent);
+            }
+            return;
+        }
+        case XCB_INPUT_RAW_MOTION:
+            handleRawMotion(reinterpret_cast<const xcb_input_raw_motion_event_t&>(event).time);
+            return;
+        default:
+            return;
+    }
+}
+
+void X11RawInput::handleRawMotion(xcb_timestamp_t time) {
+    motionTime_ = time;
+    movedSinceQuery_ = true;
+    if (!pendingQuery_)
+        queryPointer();
+}
+
+void X11RawInput::queryPointer() {
+    pendingQuery_ = xcb_query_pointer(source_.xcb(), source_.root()).sequence;
+    movedSinceQuery_ = false;
+}
+
+void X11RawInput::takePointerReply(xcb_query_pointer_reply_t* reply) {
+    pendingQuery_.reset();
+    if (reply) {
+        pointer_ = CGPoint{static_cast<double>(reply->root_x), static_cast<double>(reply->root_y)};
+        moveToDeliver_ = motionSelected_;
+    }
+    std::free(reply);
+}
+
+void X11RawInput::collectPointer() {
+    if (pendingQuery_) {
+        void* reply = nullptr;
+        xcb_generic_error_t* error = nullptr;
+        if (!xcb_poll_for_reply(source_.xcb(), *pendingQuery_, &reply, &error))
+            return;
+        std::free(error);
+        takePointerReply(static_cast<xcb_query_pointer_reply_t*>(reply));
+    }
+    if (!moveToDeliver_)
+        return;
+    moveToDeliver_ = false;
+    if (movedSinceQuery_ && motionSelected_)
+        queryPointer();
+    deliver(translator_.mouseMovedEvent(pointer_, rootHeight_, motionTime_));
+}
+
+CGPoint X11RawInput::mouseLocation() {
+    // The position kept from motion is current unless the pointer moved
+    // since the last query went out; only then is there a round trip.
+    if (!motionSelected_)
+        movedSinceQuery_ = true;
+    while (pendingQuery_ || movedSinceQuery_) {
+        if (!pendingQuery_)
+            queryPointer();
+        takePointerReply(xcb_query_pointer_reply(
+            source_.xcb(), xcb_query_pointer_cookie_t{*pendingQuery_}, nullptr));
+        source_.dispatchSoon();
+    }
+    return X11InputEventTranslator::bottomLeft(pointer_, rootHeight_);
+}
+
+void X11RawInput::deliver(const Event& event) {
+    listeners_.call(event);
+}
+
+}  // namespace platform::x11

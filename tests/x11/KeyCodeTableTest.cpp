@@ -1,0 +1,52 @@
+#include <gtest/gtest.h>
+
+#include <set>
+
+#include "platform/x11/KeyCodeTable.h"
+
+namespace platform::x11 {
+namespace {
+
+TEST(KeyCodeTable, EveryKeyGoesToItsOwnXKeyAndBack) {
+    std::set<int> xKeys;
+    for (const KeyCode* key = KeyCodeTable::begin(); key != KeyCodeTable::end(); ++key) {
+        const auto xKey = KeyCodeTable::xKeyCodeFor(*key);
+        ASSERT_TRUE(xKey) << *key;
+        EXPECT_TRUE(xKeys.insert(*xKey).second) << "two keys on X keycode " << int(*xKey);
+        EXPECT_EQ(KeyCodeTable::keyCodeFor(*xKey), *key);
+    }
+    EXPECT_GE(xKeys.size(), 110u);
+}
+
+TEST(KeyCodeTable, KnowsTheKeysByPosition) {
+    EXPECT_EQ(KeyCodeTable::xKeyCodeFor(keycode::y), 29);  // AD06 whatever the layout prints
+    EXPECT_EQ(KeyCodeTable::xKeyCodeFor(keycode::escape), 9);
+    EXPECT_EQ(KeyCodeTable::xKeyCodeFor(keycode::control), 37);
+    EXPECT_EQ(KeyCodeTable::xKeyCodeFor(keycode::rightOption), 108);
+    EXPECT_EQ(KeyCodeTable::xKeyCodeFor(keycode::command), 133);
+    EXPECT_EQ(KeyCodeTable::xKeyCodeFor(keycode::f5), 71);
+    EXPECT_EQ(KeyCodeTable::keyCodeFor(146), 114);  // Help arrives as Help or Insert
+    EXPECT_EQ(KeyCodeTable::xKeyCodeFor(114), 118);
+}
+
+TEST(KeyCodeTable, UnknownKeysAreQuietlyAbsent) {
+    EXPECT_FALSE(KeyCodeTable::xKeyCodeFor(keycode::none));
+    EXPECT_FALSE(KeyCodeTable::xKeyCodeFor(127));
+    EXPECT_FALSE(KeyCodeTable::xKeyCodeFor(52));
+    EXPECT_FALSE(KeyCodeTable::keyCodeFor(0));
+    EXPECT_FALSE(KeyCodeTable::keyCodeFor(255));
+}
+
+TEST(KeyCodeTable, ModifierAndDeviceFlags) {
+    EXPECT_EQ(KeyCodeTable::modifierFlagOf(keycode::rightOption), modifier::option);
+    EXPECT_EQ(KeyCodeTable::modifierFlagOf(keycode::rightCommand), modifier::command);
+    EXPECT_EQ(KeyCodeTable::modifierFlagOf(keycode::capsLock), modifier::capsLock);
+    EXPECT_EQ(KeyCodeTable::modifierFlagOf(keycode::a), 0u);
+    EXPECT_EQ(KeyCodeTable::deviceFlagsOf(126), modifier::function | modifier::numericPad);
+    EXPECT_EQ(KeyCodeTable::deviceFlagsOf(keycode::f5), modifier::function);
+    EXPECT_EQ(KeyCodeTable::deviceFlagsOf(83), modifier::numericPad);
+    EXPECT_EQ(KeyCodeTable::deviceFlagsOf(keycode::escape), 0u);
+}
+
+}  // namespace
+}  // namespace platform::x11

@@ -1,0 +1,227 @@
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <vector>
+
+#include "platform/x11/X11EventMonitors.h"
+#include "platform/x11/X11EventTap.h"
+#include "x11/InputBackendTest.h"
+
+namespace x11test {
+namespace {
+
+using platform::Event;
+using platform::eventMaskFor;
+using platform::EventType;
+namespace modifier = platform::modifier;
+
+constexpr platform::EventMask keyboardMask = eventMaskFor(EventType::keyDown) |
+                                             eventMaskFor(EventType::keyUp) |
+                                             eventMaskFor(EventType::flagsChanged);
+constexpr platform::EventMask mouseMovedMask = eventMaskFor(EventType::mouseMoved);
+
+// X keycodes of the evdev keymap.
+constexpr xcb_keycode_t controlKey = 37, altKey = 64, shiftKey = 50, aKey = 38, capsKey = 66;
+
+class X11EventMonitorsTest : public InputBackendTest {
+  protected:
+    void SetUp() override {
+        InputBackendTest::SetUp();
+        rawInput = platform::x11::X11RawInput::create(*source, layouts.get());
+        ASSERT_TRUE(rawInput);
+        monitors = std::make_unique<platform::x11::X11EventMonitors>(rawInput.get(),
+                                                                     [this] { return ours; });
+    }
+
+    platform::Token recordGlobally(platform::EventMask mask) {
+        return monitors->addGlobalMonitor(mask,
+                                          [this](const Event& event) { seen.push_back(event); });
+    }
+    bool waitForEvents(std::size_t count) {
+        return waitFor([&] { return seen.size() >= count; });
+    }
+
+    bool ours = false;
+    std::unique_ptr<platform::x11::X11RawInput> rawInput;
+    std::unique_ptr<platform::x11::X11EventMonitors> monitors;
+    std::vector<Event> seen;
+};
+
+TEST_F(X11EventMonitorsTest, ModifierKeysMakeFlagsChangedEvents) {
+    ASSERT_TRUE(recordGlobally(keyboardMask));
+    input->press(controlKey);
+    input->press(altKey);
+    input->press(shiftKey);
+    input->sync();
+    ASSERT_TRUE(waitForEvents(3));
+    ASSERT_EQ(seen.size(), 3u);
+    for (const Event& event : seen)
+        EXPECT_EQ(event.type, EventType::flagsChanged);
+    EXPECT_EQ(seen[0].modifierFlags, 0x40000u);
+    EXPECT_EQ(seen[1].modifierFlags, 0xC0000u);
+    EXPECT_EQ(seen[2].modifierFlags, 0xE0000u);
+    EXPECT_EQ(seen[0].keyCode, platform::keycode::control);
+    EXPECT_EQ(seen[1].keyCode, platform::keycode::option);
+    EXPECT_EQ(seen[2].keyCode, platform::keycode::shift);
+    EXPECT_FALSE(seen[2].characters);
+    EXPECT_EQ(monitors->modifierFlags(), 0xE0000u);
+
+    input->release(shiftKey);
+    input->release(altKey);
+    input->release(controlKey);
+    input->sync();
+    ASSERT_TRUE(waitForEvents(6));
+    EXPECT_EQ(seen[3].modifierFlags, 0xC0000u);
+    EXPECT_EQ(seen[5].modifierFlags, 0u);
+    EXPECT_EQ(monitors->modifierFlags(), 0u);
+}
+
+TEST_F(X11EventMonitorsTest, KeysCarryTheirCharactersFromTheCurrentLayout) {
+    ASSERT_TRUE(recordGlobally(keyboardMask));
+    input->tap(aKey);
+    input->press(shiftKey);
+    input->tap(aKey);
+    input->release(shiftKey);
+    input->press(controlKey);
+    input->tap(aKey);
+    input->release(controlKey);
+    input->sync();
+    ASSERT_TRUE(waitForEvents(10));
+
+    EXPECT_EQ(seen[0].type, EventType::keyDown);
+    EXPECT_EQ(seen[0].keyCode, platform::keycode::a);
+    EXPECT_EQ(seen[0].characters, "a");
+    EXPECT_EQ(seen[0].charactersIgnoringModifiers, "a");
+    EXPECT_FALSE(seen[0].isARepeat);
+    EXPECT_EQ(seen[1].type, EventType::keyUp);
+    EXPECT_EQ(seen[1].characters, "a");
+
+    EXPECT_EQ(seen[3].type, EventType::keyDown);
+    EXPECT_EQ(seen[3].modifierFlags, modifier::shift);
+    EXPECT_EQ(seen[3].characters, "A");
+    EXPECT_EQ(seen[3].charactersIgnoringModifiers, "A");
+
+    EXPECT_EQ(seen[7].modifierFlags, modifier::control);
+    EXPECT_EQ(seen[7].characters, "\x01");
+    EXPECT_EQ(seen[7].charactersIgnoringModifiers, "a");
+}
+
+TEST_F(X11EventMonitorsTest, CapsLockIsALockAndTypesCapitals) {
+    ASSERT_TRUE(recordGlobally(keyboardMask));
+    input->tap(capsKey);
+    input->tap(aKey);
+    input->tap(capsKey);
+    input->sync();
+    ASSERT_TRUE(waitForEvents(4));
+    ASSERT_EQ(seen.size(), 4u);  // the lock turns on the way down only
+    EXPECT_EQ(seen[0].type, EventType::flagsChanged);
+    EXPECT_EQ(seen[0].modifierFlags, modifier::capsLock);
+    EXPECT_EQ(seen[1].characters, "A");
+    EXPECT_EQ(seen[3].modifierFlags, 0u);
+}
+
+TEST_F(X11EventMonitorsTest, GlobalMonitorsHearOthersAndLocalOnesUs) {
+    std::vector<std::string> heard;
+    const auto global =
+        monitors->addGlobalMonitor(keyboardMask, [&](const Event&) { heard.push_back("global"); });
+    const auto local = monitors->addLocalMonitor(keyboardMask, [&](const Event& event) {
+        heard.push_back("local");
+        return std::optional<Event>(event);
+    });
+    ASSERT_TRUE(global);
+    ASSERT_TRUE(local);
+
+    input->tap(aKey);
+    input->sync();
+    ASSERT_TRUE(waitFor([&] { return heard.size() >= 2; }));
+    EXPECT_EQ(heard, (std::vector<std::string>{"global", "global"}));
+
+    ours = true;
+    input->tap(aKey);
+    input->sync();
+    ASSERT_TRUE(waitFor([&] { return heard.size() >= 4; }));
+    EXPECT_EQ(heard[2], "local");
+    EXPECT_EQ(heard[3], "local");
+
+    monitors->removeMonitor(local);
+    monitors->removeMonitor(local);  // twice is harmless
+    input->tap(aKey);
+    input->sync();
+    loop.runUntil([] { return false; }, 0.2);
+    EXPECT_EQ(heard.size(), 4u);
+}
+
+TEST_F(X11EventMonitorsTest, MouseMovesComeInBottomLeftPoints) {
+    ASSERT_TRUE(recordGlobally(mouseMovedMask));
+    input->movePointer(100, 200);
+    input->sync();
+    ASSERT_TRUE(waitFor([&] {
+        return !seen.empty() && seen.back().locationInScreen == platform::CGPoint{100, 600};
+    }));
+    EXPECT_EQ(seen.back().type, EventType::mouseMoved);
+    EXPECT_EQ(monitors->mouseLocation(), (platform::CGPoint{100, 600}));
+
+    // Key monitors don't hear the pointer.
+    const std::size_t moves = seen.size();
+    seen.clear();
+    ASSERT_TRUE(recordGlobally(keyboardMask));
+    input->movePointer(1279, 0);
+    input->sync();
+    ASSERT_TRUE(waitFor([&] { return seen.size() >= moves; }));
+    for (const Event& event : seen)
+        EXPECT_EQ(event.type, EventType::mouseMoved);
+    EXPECT_EQ(monitors->mouseLocation(), (platform::CGPoint{1279, 800}));
+}
+
+TEST_F(X11EventMonitorsTest, MouseLocationWithoutAnyMouseMonitor) {
+    input->movePointer(640, 100);
+    input->sync();
+    EXPECT_EQ(monitors->mouseLocation(), (platform::CGPoint{640, 700}));
+}
+
+TEST_F(X11EventMonitorsTest, AMonitorMayRemoveItselfWhileCalled) {
+    int calls = 0;
+    platform::Token self;
+    self = monitors->addGlobalMonitor(keyboardMask, [&](const Event&) {
+        ++calls;
+        monitors->removeMonitor(self);
+    });
+    int laterCalls = 0;
+    recordGlobally(keyboardMask);
+    monitors->addGlobalMonitor(keyboardMask, [&](const Event&) { ++laterCalls; });
+    input->tap(aKey);
+    input->sync();
+    ASSERT_TRUE(waitForEvents(2));
+    EXPECT_EQ(calls, 1);
+    EXPECT_EQ(laterCalls, 2);
+}
+
+TEST_F(X11EventMonitorsTest, TheEventTapHearsEverythingWhoeverIsActive) {
+    platform::x11::X11EventTap tap(rawInput.get());
+    std::vector<Event> tapped;
+    platform::Subscription subscription =
+        tap.tapCreate(keyboardMask, [&](const Event& event) { tapped.push_back(event); });
+    ASSERT_TRUE(subscription);
+    input->tap(aKey);
+    ours = true;
+    input->tap(aKey);
+    input->sync();
+    ASSERT_TRUE(waitFor([&] { return tapped.size() >= 4; }));
+    subscription.cancel();
+    input->tap(aKey);
+    input->sync();
+    loop.runUntil([] { return false; }, 0.2);
+    EXPECT_EQ(tapped.size(), 4u);
+}
+
+TEST(X11EventMonitorsWithoutInput, RefuseMonitorsQuietly) {
+    platform::x11::X11EventMonitors monitors(nullptr, [] { return false; });
+    EXPECT_FALSE(monitors.addGlobalMonitor(keyboardMask, [](const Event&) {}));
+    EXPECT_FALSE(monitors.addLocalMonitor(keyboardMask, [](const Event& e) { return e; }));
+    EXPECT_EQ(monitors.modifierFlags(), 0u);
+    platform::x11::X11EventTap tap(nullptr);
+    EXPECT_FALSE(tap.tapCreate(keyboardMask, [](const Event&) {}));
+}
+
+}  // namespace
+}  // namespace x11test

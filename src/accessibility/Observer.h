@@ -34,6 +34,7 @@ class Observer : public std::enable_shared_from_this<Observer> {
     Observer& operator=(const Observer&) = delete;
 
     pid_t pid() const { return pid_; }
+    const platform::AXObserverRef& axObserver() const { return axObserver_; }
 
     void start();
     void stop();

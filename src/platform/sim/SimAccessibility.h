@@ -41,6 +41,12 @@ struct SimWindowSpec {
     Button closeButton;
     Button minimizeButton;
     Button zoomButton;
+
+    static SimWindowSpec titled(std::string text) {
+        SimWindowSpec spec;
+        spec.title = std::move(text);
+        return spec;
+    }
 };
 
 // The accessibility interface of a simulated desktop: an in-memory tree of

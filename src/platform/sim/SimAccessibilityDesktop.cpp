@@ -66,7 +66,8 @@ void SimAccessibility::endProcess(pid_t pid) {
 }
 
 AXUIElementRef SimAccessibility::addWindow(pid_t pid, SimWindowSpec spec) {
-    const auto applicationHandle = addProcess(pid);
+    if (!process(pid)) addProcess(pid);
+    const auto applicationHandle = elements_.at({pid, 0}).handle;
     const SimAXElementKey key{pid, ++lastElementId_};
     auto& window = makeElement(key, SimAXElementKey{pid, 0});
     window.attributes = {

@@ -18,7 +18,7 @@ using platform::sim::SimWindowSpec;
 // A simulated desktop with one application, pid 100, that has two windows:
 // "Documents" (front, main) and "Downloads".
 class AccessibilityTest : public ::testing::Test {
-protected:
+  protected:
     static constexpr pid_t appPid = 100;
 
     AccessibilityTest() {

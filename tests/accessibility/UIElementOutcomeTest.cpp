@@ -44,36 +44,34 @@ std::vector<Row> rows() {
         {"attributeIsSupported", SimAXCall::copyAttributeValues,
          [](const UIElement& e) { return e.attributeIsSupported("AXTitle"); }, V, V, Q, T, T, T},
         {"attributeIsSettable", SimAXCall::isAttributeSettable,
-         [](const UIElement& e) { return e.attributeIsSettable("AXMinimized"); }, V, Q, Q, T, T,
-         T},
+         [](const UIElement& e) { return e.attributeIsSettable("AXMinimized"); }, V, Q, Q, T, T, T},
         {"rawAttribute", SimAXCall::copyAttributeValue,
          [](const UIElement& e) { return has(e.rawAttribute(UIElement::Attribute::title)); }, V, Q,
          Q, T, T, T},
         {"attribute", SimAXCall::copyAttributeValue,
-         [](const UIElement& e) { return has(e.attribute<std::string>("AXTitle")); }, V, Q, Q, T,
-         T, T},
+         [](const UIElement& e) { return has(e.attribute<std::string>("AXTitle")); }, V, Q, Q, T, T,
+         T},
         {"setAttribute", SimAXCall::setAttributeValue,
-         [](const UIElement& e) { return e.setAttribute("AXMinimized", CFValue(false)), true; },
-         V, T, T, T, T, T},
+         [](const UIElement& e) { return e.setAttribute("AXMinimized", CFValue(false)), true; }, V,
+         T, T, T, T, T},
         {"getMultipleAttributes", SimAXCall::copyMultipleAttributeValues,
          [](const UIElement& e) {
              return !e.getMultipleAttributes(UIElement::Attribute::title).empty();
          },
          V, T, T, T, T, T},
         {"arrayAttribute", SimAXCall::copyAttributeValue,
-         [](const UIElement& e) { return has(e.arrayAttribute<AttributeValue>("AXChildren")); },
-         V, Q, Q, T, T, T},
+         [](const UIElement& e) { return has(e.arrayAttribute<AttributeValue>("AXChildren")); }, V,
+         Q, Q, T, T, T},
         {"valuesForAttribute", SimAXCall::copyAttributeValues,
          [](const UIElement& e) {
              return has(e.valuesForAttribute<AttributeValue>("AXChildren", 0, 10));
          },
          V, Q, Q, Q, T, Q},
         {"valueCountForAttribute", SimAXCall::getAttributeValueCount,
-         [](const UIElement& e) { return has(e.valueCountForAttribute("AXChildren")); }, V, T, Q,
-         T, T, Q},
+         [](const UIElement& e) { return has(e.valueCountForAttribute("AXChildren")); }, V, T, Q, T,
+         T, Q},
         {"parameterizedAttributes", SimAXCall::copyParameterizedAttributeNames,
-         [](const UIElement& e) { return !e.parameterizedAttributes().empty(); }, V, Q, Q, Q, T,
-         Q},
+         [](const UIElement& e) { return !e.parameterizedAttributes().empty(); }, V, Q, Q, Q, T, Q},
         {"parameterizedAttribute", SimAXCall::copyParameterizedAttributeValue,
          [](const UIElement& e) {
              return has(e.parameterizedAttribute<std::string>("AXEcho", CFValue("x")));
@@ -82,12 +80,11 @@ std::vector<Row> rows() {
         {"actions", SimAXCall::copyActionNames,
          [](const UIElement& e) { return !e.actions().empty(); }, V, Q, Q, Q, T, Q},
         {"actionDescription", SimAXCall::copyActionDescription,
-         [](const UIElement& e) { return has(e.actionDescription("AXRaise")); }, V, Q, Q, T, T,
-         T},
+         [](const UIElement& e) { return has(e.actionDescription("AXRaise")); }, V, Q, Q, T, T, T},
         {"performAction", SimAXCall::performAction,
          [](const UIElement& e) { return e.performAction("AXRaise"), true; }, V, T, T, T, T, T},
-        {"pid", SimAXCall::getPid, [](const UIElement& e) { return e.pid(), true; }, V, T, T, T,
-         T, T},
+        {"pid", SimAXCall::getPid, [](const UIElement& e) { return e.pid(), true; }, V, T, T, T, T,
+         T},
     };
 }
 
@@ -100,7 +97,7 @@ Outcome outcomeOf(const Row& row, const UIElement& element) {
 }
 
 class UIElementOutcomeTest : public AccessibilityTest {
-protected:
+  protected:
     UIElementOutcomeTest() {
         sim.setParameterizedAttribute(documents, "AXEcho",
                                       [](const CFValue& parameter) { return parameter; });
@@ -155,8 +152,8 @@ TEST_F(UIElementOutcomeTest, AnEndedProcessReadsAsGoneRatherThanFailing) {
     EXPECT_TRUE(element.actions().empty());
     EXPECT_THROW(element.pid(), AXError);
     EXPECT_THROW(element.attribute("AXTitle"), AXError);
-    EXPECT_EQ(element.description(), "<InvalidUIElement \"" + documents->description() +
-                                         "\" (pid=?\?)>");
+    EXPECT_EQ(element.description(),
+              "<InvalidUIElement \"" + documents->description() + "\" (pid=?\?)>");
 }
 
 }  // namespace

@@ -15,8 +15,8 @@
 #include "platform/Accessibility.h"
 #include "platform/MainLoop.h"
 #include "platform/Subscription.h"
-#include "platform/sim/SimAccessibilityFaults.h"
 #include "platform/sim/SimAccessibilityElement.h"
+#include "platform/sim/SimAccessibilityFaults.h"
 
 namespace platform::sim {
 

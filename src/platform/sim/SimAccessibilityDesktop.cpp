@@ -66,7 +66,8 @@ void SimAccessibility::endProcess(pid_t pid) {
 }
 
 AXUIElementRef SimAccessibility::addWindow(pid_t pid, SimWindowSpec spec) {
-    if (!process(pid)) addProcess(pid);
+    if (!process(pid))
+        addProcess(pid);
     const auto applicationHandle = elements_.at({pid, 0}).handle;
     const SimAXElementKey key{pid, ++lastElementId_};
     auto& window = makeElement(key, SimAXElementKey{pid, 0});
@@ -309,17 +310,19 @@ AXErrorCode SimAccessibility::act(Element& element, const std::string& action) {
 void SimAccessibility::pressButton(Element& button) {
     if (!flag(button, "AXEnabled") || !button.parent || !isWindow(*button.parent))
         return;
-    const auto window = elements_.at(*button.parent).handle;
+    const auto windowKey = *button.parent;
+    const auto window = elements_.at(windowKey).handle;
     const auto& subrole = button.attributes["AXSubrole"];
-    const auto* name = subrole ? subrole->get<std::string>() : nullptr;
-    if (!name)
-        return;
-    if (*name == "AXCloseButton")
+    const auto* kind = subrole ? subrole->get<std::string>() : nullptr;
+    // Closing the window takes the button with it: copy what is needed.
+    const std::string name = kind ? *kind : "";
+    if (name == "AXCloseButton") {
         removeWindow(window);
-    if (*name == "AXMinimizeButton")
+    } else if (name == "AXMinimizeButton") {
         setMinimized(window, true);
-    if (*name == "AXZoomButton")
-        setFullScreen(window, !flag(elements_.at(*button.parent), "AXFullScreen"));
+    } else if (name == "AXZoomButton") {
+        setFullScreen(window, !flag(elements_.at(windowKey), "AXFullScreen"));
+    }
 }
 
 AXUIElementRef SimAccessibility::addElement(const AXUIElementRef& parent, const std::string& role) {

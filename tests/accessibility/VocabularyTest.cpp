@@ -1,0 +1,113 @@
+#include <gtest/gtest.h>
+
+#include <unordered_set>
+
+#include "accessibility/UIElement.h"
+
+namespace corvane {
+namespace {
+
+struct ErrorTexts {
+    platform::AXErrorCode code;
+    const char* description;
+    const char* debugDescription;
+};
+
+TEST(AXErrorTest, BothTextsOfEveryCodeAndOfUnknownOnes) {
+    const ErrorTexts table[] = {
+        {0, "AXError.Success", "AXError.success"},
+        {-25200, "AXError.Failure", "AXError.failure"},
+        {-25201, "AXError.IllegalArgument", "AXError.illegalArgument"},
+        {-25202, "AXError.InvalidUIElement", "AXError.invalidUIElement"},
+        {-25203, "AXError.InvalidUIElementObserver", "AXError.invalidUIElementObserver"},
+        {-25204, "AXError.CannotComplete", "AXError.cannotComplete"},
+        {-25205, "AXError.AttributeUnsupported", "AXError.attributeUnsupported"},
+        {-25206, "AXError.ActionUnsupported", "AXError.actionUnsupported"},
+        {-25207, "AXError.NotificationUnsupported", "AXError.notificationUnsupported"},
+        {-25208, "AXError.NotImplemented", "AXError.notImplemented"},
+        {-25209, "AXError.NotificationAlreadyRegistered", "AXError.notificationAlreadyRegistered"},
+        {-25210, "AXError.NotificationNotRegistered", "AXError.notificationNotRegistered"},
+        {-25211, "AXError.APIDisabled", "AXError.apiDisabled"},
+        {-25212, "AXError.NoValue", "AXError.noValue"},
+        {-25213, "AXError.ParameterizedAttributeUnsupported",
+         "AXError.parameterizedAttributeUnsupported"},
+        {-25214, "AXError.NotEnoughPrecision", "AXError.notEnoughPrecision"},
+        {1, "AXError.<Unknown>", "AXError (Unknown error - 1"},
+        {-25215, "AXError.<Unknown>", "AXError (Unknown error - -25215"},
+    };
+    for (const auto& row : table) {
+        const AXError error(row.code);
+        EXPECT_EQ(error.description(), row.description) << row.code;
+        EXPECT_STREQ(error.what(), row.description) << row.code;
+        EXPECT_EQ(error.debugDescription(), row.debugDescription) << row.code;
+    }
+    EXPECT_EQ(AXError::errorDomain, "ApplicationServices.AXError");
+    EXPECT_EQ(AXError::noValue, AXError(-25212));
+}
+
+TEST(VocabularyTest, EveryTypeHasItsWordsInOrder) {
+    using E = UIElement;
+    EXPECT_EQ(E::AXNotification::allCases().size(), 35u);
+    EXPECT_EQ(E::Action::allCases().size(), 11u);
+    EXPECT_EQ(E::Attribute::allCases().size(), 156u);
+    EXPECT_EQ(E::Attribute::textMembers().size(), 2u);
+    EXPECT_EQ(E::Role::allCases().size(), 55u);
+    EXPECT_EQ(E::Role::Subrole::allCases().size(), 29u);
+
+    EXPECT_EQ(E::AXNotification::allCases().front(), E::AXNotification::mainWindowChanged);
+    EXPECT_EQ(E::AXNotification::allCases().back().rawValue, "AXAnnouncementRequested");
+    EXPECT_EQ(E::Action::allCases().back(), E::Action::showDefaultUI);
+    EXPECT_EQ(E::Attribute::allCases().front().rawValue, "AXRole");
+    EXPECT_EQ(E::Attribute::allCases()[132].rawValue, "AXVerticalUnitDescription");
+    EXPECT_EQ(E::Attribute::allCases()[133].rawValue, "AXLayoutSizeForScreenSizeParameterized");
+    EXPECT_EQ(E::Attribute::allCases().back(), E::Attribute::childrenInNavigationOrder);
+    EXPECT_EQ(E::Role::allCases().back().rawValue, "AXHandle");
+    EXPECT_EQ(E::Role::Subrole::allCases()[27], E::Role::Subrole::switchSubrole);
+
+    const auto& attributes = E::Attribute::allCases();
+    EXPECT_EQ(std::unordered_set<E::Attribute>(attributes.begin(), attributes.end()).size(),
+              attributes.size());
+}
+
+TEST(VocabularyTest, NamesFollowThePlatformWordWithItsExceptions) {
+    using E = UIElement;
+    EXPECT_EQ(E::AXNotification::windowMoved.rawValue, "AXWindowMoved");
+    EXPECT_EQ(E::AXNotification::uiElementDestroyed.rawValue, "AXUIElementDestroyed");
+    EXPECT_EQ(E::Attribute::url.rawValue, "AXURL");
+    EXPECT_EQ(E::Attribute::rtfForRangeParameterized.rawValue, "AXRTFForRangeParameterized");
+    EXPECT_EQ(E::Role::Subrole::switchSubrole.rawValue, "AXSwitch");
+    EXPECT_EQ(E::Action::deleteAction.rawValue, "AXDelete");
+    // The same word in two types stays two constants.
+    EXPECT_EQ(E::Attribute::window.rawValue, E::Role::window.rawValue);
+    EXPECT_EQ(E::Attribute::closeButton.rawValue, E::Role::Subrole::closeButton.rawValue);
+}
+
+TEST(VocabularyTest, TheTwoTextMembersAreConstructorTextsWithoutClosingParenthesis) {
+    using Attribute = UIElement::Attribute;
+    EXPECT_EQ(Attribute::layoutPointForScreenPointParameterized,
+              "Attribute(rawValue: AXLayoutPointForScreenPointParameterized");
+    EXPECT_EQ(Attribute::screenPointForLayoutPointParameterized,
+              "Attribute(rawValue: AXScreenPointForLayoutPointParameterized");
+    EXPECT_EQ(Attribute::layoutPointForScreenPointParameterized.size(), 60u);
+    EXPECT_EQ(Attribute::textMembers().front(), Attribute::layoutPointForScreenPointParameterized);
+    EXPECT_EQ(Attribute::textMembers().back(), Attribute::screenPointForLayoutPointParameterized);
+}
+
+TEST(VocabularyTest, WordsWithoutConstantsAreCarriedAndCompareByText) {
+    const UIElement::Attribute a("AXSomethingNew");
+    const UIElement::Attribute b(std::string("AXSomethingNew"));
+    EXPECT_EQ(a, b);
+    EXPECT_EQ(std::hash<UIElement::Attribute>{}(a), std::hash<UIElement::Attribute>{}(b));
+    EXPECT_NE(a, UIElement::Attribute::role);
+    EXPECT_EQ(*a.rawCFStringValue().get<std::string>(), "AXSomethingNew");
+}
+
+TEST(VocabularyTest, OrientationFromRawValue) {
+    EXPECT_EQ(UIElement::orientationFromRawValue(0), UIElement::Orientation::unknown);
+    EXPECT_EQ(UIElement::orientationFromRawValue(2), UIElement::Orientation::horizontal);
+    EXPECT_EQ(UIElement::orientationFromRawValue(3), std::nullopt);
+    EXPECT_EQ(UIElement::orientationFromRawValue(-1), std::nullopt);
+}
+
+}  // namespace
+}  // namespace corvane

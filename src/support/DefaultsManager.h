@@ -9,6 +9,7 @@
 #include <optional>
 #include <stdexcept>
 #include <string>
+#include <type_traits>
 
 #include "platform/PreferencesStore.h"
 #include "platform/PropertyList.h"
@@ -102,7 +103,8 @@ class DefaultsManager : public DefaultsCoders,
     // in one line and leaves the store and the observers untouched. Equal
     // values are written and notified again.
     template <typename Value, typename StoredValue>
-    void setValue(const std::optional<Value>& newValue, const Key<Value, StoredValue>& key) {
+    void setValue(const std::optional<std::type_identity_t<Value>>& newValue,
+                  const Key<Value, StoredValue>& key) {
         const auto observers = detail::NotificationRegistry::snapshot(key.rawValue);
         auto& preferences = store();
         if (!newValue) {
@@ -116,7 +118,7 @@ class DefaultsManager : public DefaultsCoders,
     // Goes through the key without its default: nothing removes the entry
     // here too, and the next read gives the default.
     template <typename Value, typename StoredValue>
-    void setValue(const std::optional<Value>& newValue,
+    void setValue(const std::optional<std::type_identity_t<Value>>& newValue,
                   const KeyWithDefault<Value, StoredValue>& key) {
         setValue(newValue, key.withoutDefault());
     }
@@ -175,8 +177,9 @@ class DefaultsManager : public DefaultsCoders,
     // The observer gets each value written through the manager: nil for a
     // removal.
     template <typename Value, typename StoredValue>
-    NotificationHandle registerNotifications(const Key<Value, StoredValue>& key,
-                                             std::function<void(std::optional<Value>)> action) {
+    NotificationHandle registerNotifications(
+        const Key<Value, StoredValue>& key,
+        std::type_identity_t<std::function<void(std::optional<Value>)>> action) {
         return detail::NotificationRegistry::add(
             key.rawValue,
             std::make_shared<detail::UpdateAction<std::optional<Value>>>(std::move(action)));
@@ -184,8 +187,9 @@ class DefaultsManager : public DefaultsCoders,
     // The observer of a key with a default gets present values only: a
     // removal doesn't reach it.
     template <typename Value, typename StoredValue>
-    NotificationHandle registerNotifications(const KeyWithDefault<Value, StoredValue>& key,
-                                             std::function<void(Value)> action) {
+    NotificationHandle registerNotifications(
+        const KeyWithDefault<Value, StoredValue>& key,
+        std::type_identity_t<std::function<void(Value)>> action) {
         return detail::NotificationRegistry::add(
             key.rawValue, std::make_shared<detail::UpdateAction<Value>>(std::move(action)));
     }

@@ -2,9 +2,9 @@
 
 #include <exception>
 #include <optional>
-#include <source_location>
 #include <string>
 
+#include "support/SourceLocation.h"
 #include "support/TypeName.h"
 
 namespace quillbox {
@@ -18,7 +18,7 @@ class OptionalError : public std::exception {
 
     template <typename Wrapped>
     static OptionalError nilValue(std::optional<std::string> message = std::nullopt,
-                                  std::source_location location = std::source_location::current()) {
+                                  SourceLocation location = SourceLocation::current()) {
         return OptionalError(typeName<Wrapped>(), std::move(message),
                              static_cast<long>(location.line()), location.file_name());
     }

@@ -3,7 +3,7 @@
 namespace quillbox {
 
 SimpleError::SimpleError(std::string message, std::optional<std::string> userRecoverySuggestion,
-                         std::source_location location)
+                         SourceLocation location)
     : SimpleError(std::move(message), std::move(userRecoverySuggestion),
                   static_cast<long>(location.line()), location.function_name(),
                   location.file_name()) {}

@@ -2,8 +2,9 @@
 
 #include <exception>
 #include <optional>
-#include <source_location>
 #include <string>
+
+#include "support/SourceLocation.h"
 
 namespace quillbox {
 
@@ -12,7 +13,7 @@ class SimpleError : public std::exception {
   public:
     explicit SimpleError(std::string message,
                          std::optional<std::string> userRecoverySuggestion = std::nullopt,
-                         std::source_location location = std::source_location::current());
+                         SourceLocation location = SourceLocation::current());
     SimpleError(std::string message, std::optional<std::string> userRecoverySuggestion, long line,
                 std::string function, std::string file);
 

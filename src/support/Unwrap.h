@@ -5,7 +5,6 @@
 #include <exception>
 #include <memory>
 #include <optional>
-#include <source_location>
 #include <string>
 #include <type_traits>
 #include <utility>
@@ -13,6 +12,7 @@
 
 #include "support/Fatal.h"
 #include "support/OptionalError.h"
+#include "support/SourceLocation.h"
 
 namespace quillbox {
 
@@ -55,7 +55,7 @@ std::optional<Target> castTo(Source&& value) {
     }
 }
 
-[[noreturn]] void unwrapFailed(std::string_view message, const std::source_location& location);
+[[noreturn]] void unwrapFailed(std::string_view message, const SourceLocation& location);
 
 }  // namespace detail
 
@@ -69,7 +69,7 @@ using Unwrapped = typename std::remove_cvref_t<Optional>::value_type;
 // and the caller's position. Never logs.
 template <OptionalValue Optional>
 Unwrapped<Optional> unwrap(Optional&& value, std::optional<std::string> message = std::nullopt,
-                           std::source_location location = std::source_location::current()) {
+                           SourceLocation location = SourceLocation::current()) {
     if (!value)
         throw OptionalError::nilValue<Unwrapped<Optional>>(std::move(message), location);
     return *std::forward<Optional>(value);
@@ -92,9 +92,8 @@ Unwrapped<Optional> unwrapOrError(Optional&& value, Error error) {
 // The value; an empty optional stops the process with
 // "<file>:<line> - <message>".
 template <OptionalValue Optional>
-Unwrapped<Optional> unwrapOrFatalError(
-    Optional&& value, std::string_view message = "",
-    std::source_location location = std::source_location::current()) {
+Unwrapped<Optional> unwrapOrFatalError(Optional&& value, std::string_view message = "",
+                                       SourceLocation location = SourceLocation::current()) {
     if (!value)
         detail::unwrapFailed(message, location);
     return *std::forward<Optional>(value);
@@ -104,7 +103,7 @@ Unwrapped<Optional> unwrapOrFatalError(
 // the target type.
 template <typename Target, OptionalValue Optional>
 Target unwrapCast(Optional&& value, std::optional<std::string> message = std::nullopt,
-                  std::source_location location = std::source_location::current()) {
+                  SourceLocation location = SourceLocation::current()) {
     auto cast = detail::castTo<Target>(unwrap(std::forward<Optional>(value), message, location));
     if (!cast)
         throw OptionalError::nilValue<Target>(std::move(message), location);
@@ -113,7 +112,7 @@ Target unwrapCast(Optional&& value, std::optional<std::string> message = std::nu
 
 template <typename Target, OptionalValue Optional>
 Target unwrapCastOrFatalError(Optional&& value, std::string_view message = "",
-                              std::source_location location = std::source_location::current()) {
+                              SourceLocation location = SourceLocation::current()) {
     if (!value)
         detail::unwrapFailed(message, location);
     auto cast = detail::castTo<Target>(*std::forward<Optional>(value));

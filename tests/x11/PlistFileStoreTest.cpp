@@ -83,6 +83,15 @@ PropertyList::Dictionary everyKind() {
     };
 }
 
+// A file whose one text holds a byte that can't be UTF-8.
+std::string fileWithTextThatIsNotUTF8() {
+    const auto bytes = PropertyListCodec::encodeBinary(PropertyList::Dictionary{{"k", "ab"}});
+    std::string text(bytes.begin(), bytes.end());
+    const std::string marker = "Rab";  // an ASCII text object of two bytes
+    text[text.find(marker) + 2] = '\x82';
+    return text;
+}
+
 }  // namespace
 
 TEST_F(PlistFileStoreTest, EveryKindOfValueSurvivesAReopenInAPrivateBinaryFile) {
@@ -108,7 +117,8 @@ TEST_F(PlistFileStoreTest, ADamagedFileIsKeptAsideAndTheStoreStartsEmpty) {
     auto truncated = PropertyListCodec::encodeBinary(everyKind());
     truncated.resize(truncated.size() / 2);
     const std::string damages[] = {"garbage \x01\x02", std::string(array.begin(), array.end()),
-                                   std::string(truncated.begin(), truncated.end()), ""};
+                                   std::string(truncated.begin(), truncated.end()), "",
+                                   fileWithTextThatIsNotUTF8()};
     for (const auto& damaged : damages) {
         writeBytes(path, damaged);
         quillbox::CapturedOutput output;
@@ -126,6 +136,17 @@ TEST_F(PlistFileStoreTest, ADamagedFileIsKeptAsideAndTheStoreStartsEmpty) {
         EXPECT_TRUE(PlistFileStore::parse(fileBytes(path)));
         fs::remove(aside[0]);
     }
+}
+
+TEST_F(PlistFileStoreTest, TextThatIsNotUTF8IsWrittenReadably) {
+    {
+        PlistFileStore store(path, loop);
+        store.setObject("title", "caf\xE9 \xF0\x9F\x93\x81");
+    }
+    quillbox::CapturedOutput output;
+    PlistFileStore reopened(path, loop);
+    EXPECT_EQ(reopened.objectForKey("title"), PropertyList("caf\uFFFD \U0001F4C1"));
+    EXPECT_TRUE(output.lines().empty());
 }
 
 TEST_F(PlistFileStoreTest, AWriterKilledMidWriteAlwaysLeavesAReadableFile) {

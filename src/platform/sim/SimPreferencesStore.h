@@ -10,7 +10,9 @@
 namespace platform::sim {
 
 // The preferences of the simulated desktop: a dictionary in memory. Each
-// change tells the observers one turn later on the given loop.
+// change tells the observers one turn later on the given loop. The values
+// are guarded by a lock; announcing a change posts to the loop, so writers
+// on other threads need a loop whose post() accepts them.
 class SimPreferencesStore final : public PreferencesStore {
   public:
     explicit SimPreferencesStore(MainLoop& loop, PropertyList::Dictionary initial = {});

@@ -23,7 +23,8 @@ namespace platform::x11 {
 // only. The folder is watched with inotify on the main loop, so a change
 // another process makes is read back and announced; our own writes are
 // recognised and don't count as outside changes. A file that can't be read
-// is moved aside with one printed line, never overwritten. Thread-safe.
+// is moved aside with one printed line, never overwritten. Thread-safe, as
+// far as the loop's post() is: our own changes are announced through it.
 class PlistFileStore final : public PreferencesStore {
   public:
     PlistFileStore(std::filesystem::path path, MainLoop& loop);

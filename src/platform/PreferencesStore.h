@@ -22,6 +22,7 @@ public:
     virtual PropertyList::Dictionary dictionaryRepresentation() const = 0;
 
     // Told on the main loop after any change, ours or one made from outside.
+    // The subscription may outlive the store; ending it then does nothing.
     virtual Subscription observeChanges(std::function<void()> handler) = 0;
 };
 

@@ -4,8 +4,11 @@
 
 #include <cmath>
 #include <cstdlib>
+#include <cstring>
 #include <limits>
 #include <memory>
+#include <string>
+#include <string_view>
 
 namespace platform {
 
@@ -13,6 +16,57 @@ namespace {
 
 // Dates count from 2001-01-01 in property lists.
 constexpr std::int64_t referenceDateOffset = 978307200;
+
+// Texts in property lists are UTF-8. libplist writes a text that isn't as
+// an empty UTF-16 string that it then can't read back, so invalid sequences
+// are replaced before writing, and refused as damage when reading.
+std::size_t validSequenceLength(std::string_view text, std::size_t at) {
+    const auto byte = [&](std::size_t i) { return static_cast<unsigned char>(text[i]); };
+    const unsigned char lead = byte(at);
+    if (lead < 0x80) return 1;
+    const std::size_t length = lead >= 0xF0 ? 4 : lead >= 0xE0 ? 3 : lead >= 0xC2 ? 2 : 0;
+    if (length == 0 || lead > 0xF4 || at + length > text.size()) return 0;
+    for (std::size_t i = 1; i < length; ++i) {
+        if ((byte(at + i) & 0xC0) != 0x80) return 0;
+    }
+    const unsigned char second = byte(at + 1);
+    const bool overlong = (lead == 0xE0 && second < 0xA0) || (lead == 0xF0 && second < 0x90);
+    const bool surrogate = lead == 0xED && second > 0x9F;
+    const bool beyondUnicode = lead == 0xF4 && second > 0x8F;
+    return overlong || surrogate || beyondUnicode ? 0 : length;
+}
+
+bool isValidUTF8(std::string_view text) {
+    for (std::size_t at = 0; at < text.size();) {
+        const auto length = validSequenceLength(text, at);
+        if (length == 0) return false;
+        at += length;
+    }
+    return true;
+}
+
+std::string replacingInvalidUTF8(const std::string& text) {
+    if (isValidUTF8(text)) return text;
+    std::string valid;
+    for (std::size_t at = 0; at < text.size();) {
+        const auto length = validSequenceLength(text, at);
+        valid += length ? text.substr(at, length) : "\xEF\xBF\xBD";  // U+FFFD
+        at += length ? length : 1;
+    }
+    return valid;
+}
+
+// libplist asserts (and so aborts) when it copies out a text or key with a
+// NUL inside, which damaged input can hold. Its XML form writes such texts
+// whole, so a NUL byte there marks input to refuse before reading it.
+bool holdsTextWithNul(plist_t node) {
+    char* xml = nullptr;
+    uint32_t length = 0;
+    plist_to_xml(node, &xml, &length);
+    const bool found = xml && std::memchr(xml, 0, length) != nullptr;
+    plist_to_xml_free(xml);
+    return found;
+}
 
 struct PlistDeleter {
     void operator()(plist_t node) const { plist_free(node); }
@@ -35,7 +89,7 @@ plist_t toNode(const PropertyList& value) {
         [](const auto& v) -> plist_t {
             using T = std::decay_t<decltype(v)>;
             if constexpr (std::is_same_v<T, std::string>) {
-                return plist_new_string(v.c_str());
+                return plist_new_string(replacingInvalidUTF8(v).c_str());
             } else if constexpr (std::is_same_v<T, PropertyList::Data>) {
                 return plist_new_data(reinterpret_cast<const char*>(v.data()), v.size());
             } else if constexpr (std::is_same_v<T, bool>) {
@@ -56,7 +110,9 @@ plist_t toNode(const PropertyList& value) {
                 return array;
             } else {
                 plist_t dict = plist_new_dict();
-                for (const auto& [key, item] : v) plist_dict_set_item(dict, key.c_str(), toNode(item));
+                for (const auto& [key, item] : v) {
+                    plist_dict_set_item(dict, replacingInvalidUTF8(key).c_str(), toNode(item));
+                }
                 return dict;
             }
         },
@@ -94,7 +150,7 @@ std::optional<PropertyList> dictionaryFromNode(plist_t node, int depth) {
         auto converted = fromNode(item, depth + 1);
         std::string keyText = key ? key : "";
         std::free(key);
-        if (!converted) break;
+        if (!converted || !isValidUTF8(keyText)) break;
         dict.insert_or_assign(std::move(keyText), std::move(*converted));
     }
     std::free(iter);
@@ -125,6 +181,7 @@ std::optional<PropertyList> fromNode(plist_t node, int depth) {
             plist_get_string_val(node, &v);
             std::string text = v ? v : "";
             std::free(v);
+            if (!isValidUTF8(text)) return std::nullopt;
             return PropertyList(std::move(text));
         }
         case PLIST_DATA: {
@@ -184,6 +241,7 @@ std::optional<PropertyList> PropertyListCodec::decode(std::string_view bytes) {
         plist_from_xml(bytes.data(), length, &raw);
     }
     PlistPtr node(raw);
+    if (!node || holdsTextWithNul(node.get())) return std::nullopt;
     return fromNode(node.get(), 0);
 }
 

@@ -10,7 +10,8 @@ platform::PropertyList::Data PropertyListEncoder::encodeList(const platform::Pro
 
 platform::PropertyList PropertyListDecoder::decodeList(const platform::PropertyList::Data& data) {
     auto list = platform::PropertyListCodec::decode(data);
-    if (!list) throw DecodingError("The data couldn't be read because it isn't in the correct format.");
+    if (!list)
+        throw DecodingError("The data couldn't be read because it isn't in the correct format.");
     return *list;
 }
 

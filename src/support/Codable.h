@@ -10,7 +10,7 @@ namespace quillbox {
 
 // Raised when stored data can't be read back as the type asked for.
 class DecodingError : public std::runtime_error {
-public:
+  public:
     using std::runtime_error::runtime_error;
 };
 
@@ -29,25 +29,25 @@ concept Codable = requires(const T& value, const platform::PropertyList& list) {
 
 // Writes a codable value as binary property-list data.
 class PropertyListEncoder {
-public:
+  public:
     template <Codable T>
     platform::PropertyList::Data encode(const T& value) const {
         return encodeList(Coding<T>::encode(value));
     }
 
-private:
+  private:
     static platform::PropertyList::Data encodeList(const platform::PropertyList& list);
 };
 
 // Reads a codable value from property-list data; throws DecodingError.
 class PropertyListDecoder {
-public:
+  public:
     template <Codable T>
     T decode(const platform::PropertyList::Data& data) const {
         return Coding<T>::decode(decodeList(data));
     }
 
-private:
+  private:
     static platform::PropertyList decodeList(const platform::PropertyList::Data& data);
 };
 

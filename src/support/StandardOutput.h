@@ -14,7 +14,7 @@ void printLine(std::string_view line);
 // Collects the printed lines instead of writing them, for as long as it
 // lives. Tests use it to check the exact texts.
 class CapturedOutput {
-public:
+  public:
     CapturedOutput();
     ~CapturedOutput();
     CapturedOutput(const CapturedOutput&) = delete;
@@ -23,7 +23,7 @@ public:
     const std::vector<std::string>& lines() const { return lines_; }
     void clear() { lines_.clear(); }
 
-private:
+  private:
     std::vector<std::string> lines_;
     std::function<void(std::string_view)> previous_;
 };

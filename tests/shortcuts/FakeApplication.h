@@ -6,7 +6,7 @@ namespace lirixkro::testing {
 
 // Just enough of an application object for the menu and layout direction.
 class FakeApplication final : public platform::Application {
-public:
+  public:
     platform::ActivationPolicy activationPolicy() const override { return policy_; }
     bool setActivationPolicy(platform::ActivationPolicy policy) override {
         policy_ = policy;
@@ -24,7 +24,7 @@ public:
     platform::UserInterfaceLayoutDirection direction =
         platform::UserInterfaceLayoutDirection::leftToRight;
 
-private:
+  private:
     platform::ActivationPolicy policy_ = platform::ActivationPolicy::accessory;
     std::shared_ptr<platform::Menu> mainMenu_;
 };

@@ -10,7 +10,7 @@ namespace lirixkro {
 namespace {
 
 class KeyBindingTransformerTest : public testing::ShortcutTest {
-protected:
+  protected:
     SRShortcutRef binding(const char* text) {
         return SRKeyBindingTransformer::sharedTransformer()->transformedValue(std::string(text));
     }

@@ -27,18 +27,18 @@ class KeyCodeTransformerTest : public ShortcutTest {};
 
 TEST_F(KeyCodeTransformerTest, LiteralFormsOnTheUSLayout) {
     const std::vector<Row> rows = {
-        {36, 0, LTR, "↩"},   {48, 0, LTR, "⇥"},          {48, SRShiftFlag, LTR, "⇤"},
-        {48, 0, RTL, "⇤"},   {48, SRShiftFlag, RTL, "⇥"}, {49, 0, LTR, "Space"},
-        {51, 0, LTR, "⌫"},   {51, 0, RTL, "⌦"},          {117, 0, LTR, "⌦"},
-        {117, 0, RTL, "⌫"},  {53, 0, LTR, "⎋"},          {71, 0, LTR, "⌧"},
-        {76, 0, LTR, "⌅"},   {93, 0, LTR, "¥"},          {94, 0, LTR, "＿"},
-        {95, 0, LTR, "、"},  {114, 0, LTR, "?⃝"},         {115, 0, LTR, "↖"},
-        {116, 0, LTR, "⇞"},  {119, 0, LTR, "↘"},         {121, 0, LTR, "⇟"},
-        {123, 0, LTR, "←"},  {124, 0, LTR, "→"},         {125, 0, LTR, "↓"},
-        {126, 0, LTR, "↑"},  {122, 0, LTR, "F1"},        {96, 0, LTR, "F5"},
-        {113, 0, LTR, "F15"}, {90, 0, LTR, "F20"},        {0, 0, LTR, "A"},
-        {40, 0, LTR, "K"},   {18, 0, LTR, "1"},          {18, SRShiftFlag, LTR, "!"},
-        {0, SROptionFlag, LTR, "Å"}, {82, 0, LTR, "0"},  {SRKeyCodeNone, 0, LTR, ""},
+        {36, 0, LTR, "↩"},           {48, 0, LTR, "⇥"},           {48, SRShiftFlag, LTR, "⇤"},
+        {48, 0, RTL, "⇤"},           {48, SRShiftFlag, RTL, "⇥"}, {49, 0, LTR, "Space"},
+        {51, 0, LTR, "⌫"},           {51, 0, RTL, "⌦"},           {117, 0, LTR, "⌦"},
+        {117, 0, RTL, "⌫"},          {53, 0, LTR, "⎋"},           {71, 0, LTR, "⌧"},
+        {76, 0, LTR, "⌅"},           {93, 0, LTR, "¥"},           {94, 0, LTR, "＿"},
+        {95, 0, LTR, "、"},          {114, 0, LTR, "?⃝"},          {115, 0, LTR, "↖"},
+        {116, 0, LTR, "⇞"},          {119, 0, LTR, "↘"},          {121, 0, LTR, "⇟"},
+        {123, 0, LTR, "←"},          {124, 0, LTR, "→"},          {125, 0, LTR, "↓"},
+        {126, 0, LTR, "↑"},          {122, 0, LTR, "F1"},         {96, 0, LTR, "F5"},
+        {113, 0, LTR, "F15"},        {90, 0, LTR, "F20"},         {0, 0, LTR, "A"},
+        {40, 0, LTR, "K"},           {18, 0, LTR, "1"},           {18, SRShiftFlag, LTR, "!"},
+        {0, SROptionFlag, LTR, "Å"}, {82, 0, LTR, "0"},           {SRKeyCodeNone, 0, LTR, ""},
     };
     for (const auto* transformer :
          {static_cast<const SRKeyCodeTransformer*>(
@@ -57,14 +57,30 @@ TEST_F(KeyCodeTransformerTest, LiteralFormsOnTheUSLayout) {
 TEST_F(KeyCodeTransformerTest, SymbolicFormsOnTheUSLayout) {
     using detail::SRUTF8;
     const std::vector<Row> rows = {
-        {36, 0, LTR, "\r"},          {48, 0, LTR, "\t"},          {48, SRShiftFlag, LTR, "\t"},
-        {49, 0, LTR, " "},           {51, 0, RTL, "\b"},          {53, 0, LTR, "\x1b"},
-        {71, 0, LTR, SRUTF8(0xF739)}, {76, 0, LTR, "\x03"},        {93, 0, LTR, "¥"},
-        {114, 0, LTR, SRUTF8(0xF746)}, {115, 0, LTR, SRUTF8(0xF729)}, {116, 0, LTR, SRUTF8(0xF72C)},
-        {117, 0, LTR, "\x7f"},       {119, 0, LTR, SRUTF8(0xF72B)}, {121, 0, LTR, SRUTF8(0xF72D)},
-        {123, 0, LTR, SRUTF8(0xF702)}, {124, 0, LTR, SRUTF8(0xF703)}, {125, 0, LTR, SRUTF8(0xF701)},
-        {126, 0, LTR, SRUTF8(0xF700)}, {122, 0, LTR, SRUTF8(0xF704)}, {90, 0, LTR, SRUTF8(0xF717)},
-        {0, 0, LTR, "a"},            {0, SRShiftFlag, LTR, "A"},  {18, SRShiftFlag, LTR, "!"},
+        {36, 0, LTR, "\r"},
+        {48, 0, LTR, "\t"},
+        {48, SRShiftFlag, LTR, "\t"},
+        {49, 0, LTR, " "},
+        {51, 0, RTL, "\b"},
+        {53, 0, LTR, "\x1b"},
+        {71, 0, LTR, SRUTF8(0xF739)},
+        {76, 0, LTR, "\x03"},
+        {93, 0, LTR, "¥"},
+        {114, 0, LTR, SRUTF8(0xF746)},
+        {115, 0, LTR, SRUTF8(0xF729)},
+        {116, 0, LTR, SRUTF8(0xF72C)},
+        {117, 0, LTR, "\x7f"},
+        {119, 0, LTR, SRUTF8(0xF72B)},
+        {121, 0, LTR, SRUTF8(0xF72D)},
+        {123, 0, LTR, SRUTF8(0xF702)},
+        {124, 0, LTR, SRUTF8(0xF703)},
+        {125, 0, LTR, SRUTF8(0xF701)},
+        {126, 0, LTR, SRUTF8(0xF700)},
+        {122, 0, LTR, SRUTF8(0xF704)},
+        {90, 0, LTR, SRUTF8(0xF717)},
+        {0, 0, LTR, "a"},
+        {0, SRShiftFlag, LTR, "A"},
+        {18, SRShiftFlag, LTR, "!"},
     };
     for (const auto* transformer :
          {static_cast<const SRKeyCodeTransformer*>(
@@ -134,14 +150,14 @@ struct ReverseRow {
 
 TEST_F(KeyCodeTransformerTest, ASCIILiteralReadsBackKeysNamesAndFunctionKeys) {
     const std::vector<ReverseRow> rows = {
-        {"a", 0},     {"A", 0},       {" ", 49},    {"-", 27},     {".", 47},     {"/", 44},
-        {"=", 24},    {"1", 18},      {"0", 29},    {"9", 25},     {"¥", 93},     {"←", 123},
-        {"↑", 126},   {"→", 124},     {"↓", 125},   {"↖", 115},    {"↘", 119},    {"↩", 36},
-        {"⇞", 116},   {"⇟", 121},     {"⇤", 48},    {"⇥", 48},     {"⌅", 76},     {"⌦", 117},
-        {"⌧", 71},    {"⌫", 51},      {"⎋", 53},    {"、", 95},    {"＿", 94},    {"f1", 122},
-        {"F5", 96},   {"f9", 101},    {"f10", 109}, {"F20", 90},   {"space", 49}, {"SPACE", 49},
-        {"esc", 53},  {"Escape", 53}, {"tab", 48},  {"help", 114}, {"?⃝", 114},    {"enter", 36},
-        {"k", 40},    {";", 41},      {"*", 67},    {"+", 69},
+        {"a", 0},    {"A", 0},       {" ", 49},    {"-", 27},     {".", 47},     {"/", 44},
+        {"=", 24},   {"1", 18},      {"0", 29},    {"9", 25},     {"¥", 93},     {"←", 123},
+        {"↑", 126},  {"→", 124},     {"↓", 125},   {"↖", 115},    {"↘", 119},    {"↩", 36},
+        {"⇞", 116},  {"⇟", 121},     {"⇤", 48},    {"⇥", 48},     {"⌅", 76},     {"⌦", 117},
+        {"⌧", 71},   {"⌫", 51},      {"⎋", 53},    {"、", 95},    {"＿", 94},    {"f1", 122},
+        {"F5", 96},  {"f9", 101},    {"f10", 109}, {"F20", 90},   {"space", 49}, {"SPACE", 49},
+        {"esc", 53}, {"Escape", 53}, {"tab", 48},  {"help", 114}, {"?⃝", 114},    {"enter", 36},
+        {"k", 40},   {";", 41},      {"*", 67},    {"+", 69},
     };
     auto transformer = SRASCIILiteralKeyCodeTransformer::sharedTransformer();
     for (const auto& row : rows) {
@@ -166,7 +182,8 @@ TEST_F(KeyCodeTransformerTest, ASCIILiteralRefusesWhatNamesNoKey) {
 }
 
 TEST_F(KeyCodeTransformerTest, ASCIILiteralComparesSpaceInTheTranslatedWordToo) {
-    ScopedStringTable table(std::map<std::string, std::string, std::less<>>{{"Space", "Leertaste"}});
+    ScopedStringTable table(
+        std::map<std::string, std::string, std::less<>>{{"Space", "Leertaste"}});
     auto transformer = SRASCIILiteralKeyCodeTransformer::sharedTransformer();
     EXPECT_EQ(transformer->reverseTransformedValue(std::string("leertaste")), 49);
     EXPECT_EQ(transformer->reverseTransformedValue(std::string("space")), 49);
@@ -176,9 +193,20 @@ TEST_F(KeyCodeTransformerTest, ASCIILiteralComparesSpaceInTheTranslatedWordToo) 
 TEST_F(KeyCodeTransformerTest, ASCIISymbolicReadsBackOneCharacter) {
     using detail::SRUTF8;
     const std::vector<ReverseRow> rows = {
-        {"\x19", 48},         {"\t", 48},           {"a", 0},   {"A", 0},     {"1", 18},
-        {"=", 24},            {"¥", 93},            {"、", 95}, {"＿", 94},   {SRUTF8(0xF700), 126},
-        {SRUTF8(0xF704), 122}, {SRUTF8(0xF717), 90}, {SRUTF8(0xF72D), 121},    {SRUTF8(0xF746), 114},
+        {"\x19", 48},
+        {"\t", 48},
+        {"a", 0},
+        {"A", 0},
+        {"1", 18},
+        {"=", 24},
+        {"¥", 93},
+        {"、", 95},
+        {"＿", 94},
+        {SRUTF8(0xF700), 126},
+        {SRUTF8(0xF704), 122},
+        {SRUTF8(0xF717), 90},
+        {SRUTF8(0xF72D), 121},
+        {SRUTF8(0xF746), 114},
         {"\r", 36},
     };
     auto transformer = SRASCIISymbolicKeyCodeTransformer::sharedTransformer();
@@ -192,8 +220,7 @@ TEST_F(KeyCodeTransformerTest, ASCIISymbolicRefusesLongAndEmptyTexts) {
     EXPECT_EQ(transformer->reverseTransformedValue(std::string("ab")), std::nullopt);
     EXPECT_EQ(transformer->reverseTransformedValue(std::string()), std::nullopt);
     EXPECT_EQ(transformer->reverseTransformedValue(SRNumber(0)), std::nullopt);
-    EXPECT_EQ(log.texts(),
-              std::vector<std::string>(3, "#Error Invalid ASCII symbol"));
+    EXPECT_EQ(log.texts(), std::vector<std::string>(3, "#Error Invalid ASCII symbol"));
     log.clear();
     EXPECT_EQ(transformer->reverseTransformedValue(std::string("ж")), std::nullopt);
     EXPECT_EQ(log.texts().back(), "#Error Invalid value for reverse transformation");
@@ -203,9 +230,9 @@ TEST_F(KeyCodeTransformerTest, ASCIISymbolicRefusesLongAndEmptyTexts) {
 TEST_F(KeyCodeTransformerTest, OnlyTheASCIIMembersReverse) {
     EXPECT_FALSE(SRLiteralKeyCodeTransformer::allowsReverseTransformation());
     EXPECT_TRUE(SRASCIILiteralKeyCodeTransformer::allowsReverseTransformation());
-    EXPECT_EQ(SRLiteralKeyCodeTransformer::sharedTransformer()->reverseTransformedValue(
-                  std::string("a")),
-              std::nullopt);
+    EXPECT_EQ(
+        SRLiteralKeyCodeTransformer::sharedTransformer()->reverseTransformedValue(std::string("a")),
+        std::nullopt);
 }
 
 }  // namespace

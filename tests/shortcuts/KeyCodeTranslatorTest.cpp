@@ -21,16 +21,17 @@ using platform::sim::layoutIdentifier::us;
 using quillbox::LogLevel;
 
 class KeyCodeTranslatorTest : public testing::ShortcutTest {
-protected:
+  protected:
     // A translator of its own, so that no other test's cache entries count.
     SRKeyCodeTranslator currentLayoutTranslator() {
-        return SRKeyCodeTranslator([this] { return layouts.copyCurrentKeyboardLayoutInputSource(); });
+        return SRKeyCodeTranslator(
+            [this] { return layouts.copyCurrentKeyboardLayoutInputSource(); });
     }
 };
 
 // A layout that has no identifier.
 class AnonymousSource final : public platform::InputSource {
-public:
+  public:
     std::optional<std::string> identifier() const override { return std::nullopt; }
     platform::KeyTranslation translate(platform::KeyCode, std::uint32_t) const override {
         return {0, "x"};
@@ -45,8 +46,8 @@ TEST(KeyCodeTranslatorCacheKey, MasksTheFlagsAndHashesAllFourFields) {
     const std::uint64_t identifierHash = std::hash<std::string>{}("com.apple.keylayout.US");
     EXPECT_EQ(key.hash(), (identifierHash << 24) | 0x10000 | (std::uint64_t{8} << 20) | 5);
 
-    EXPECT_EQ(key, SRKeyCodeTranslatorCacheKey("com.apple.keylayout.US", SRShiftFlag,
-                                               SRCommandFlag, 5));
+    EXPECT_EQ(key,
+              SRKeyCodeTranslatorCacheKey("com.apple.keylayout.US", SRShiftFlag, SRCommandFlag, 5));
     EXPECT_NE(key, SRKeyCodeTranslatorCacheKey("com.apple.keylayout.German", SRShiftFlag,
                                                SRCommandFlag, 5));
     EXPECT_NE(key, SRKeyCodeTranslatorCacheKey("com.apple.keylayout.US", SRShiftFlag, 0, 5));
@@ -99,9 +100,9 @@ TEST_F(KeyCodeTranslatorTest, TheSharedTransformersFollowTheCurrentLayout) {
     layouts.selectLayout(german);
     EXPECT_EQ(literal->transformedValue(SRNumber(6)), "Y");
     EXPECT_EQ(literal->transformedValue(SRNumber(27)), "ß");
-    EXPECT_EQ(literal->transformedValue(SRNumber(37), SROptionFlag, 0,
-                                        SRLayoutDirection::leftToRight),
-              "@");
+    EXPECT_EQ(
+        literal->transformedValue(SRNumber(37), SROptionFlag, 0, SRLayoutDirection::leftToRight),
+        "@");
     layouts.selectLayout(french);
     EXPECT_EQ(literal->transformedValue(SRNumber(12)), "A");
     EXPECT_EQ(literal->transformedValue(SRNumber(19)), "É");
@@ -142,8 +143,8 @@ TEST_F(KeyCodeTranslatorTest, FailuresAreQuietWithTheirLogLines) {
     EXPECT_EQ(layouts.translationCount(), 0u);
 
     EXPECT_EQ(translator.translateKeyCode(200, SRShiftFlag, 0, true), std::nullopt);
-    EXPECT_TRUE(log.contains(LogLevel::error,
-                             "#Error Unable to translate keyCode 200 and modifierFlags 131072: -50"));
+    EXPECT_TRUE(log.contains(
+        LogLevel::error, "#Error Unable to translate keyCode 200 and modifierFlags 131072: -50"));
     EXPECT_EQ(translator.translateKeyCode(102, 0, 0, true), std::nullopt);
     EXPECT_TRUE(log.contains(LogLevel::debug,
                              "#Error No translation exists for keyCode 102 and modifierFlags 0"));
@@ -152,7 +153,8 @@ TEST_F(KeyCodeTranslatorTest, FailuresAreQuietWithTheirLogLines) {
     log.clear();
     EXPECT_EQ(translator.translateKeyCode(0, 0, 0, true), std::nullopt);
     EXPECT_EQ(SRKeyCodeASCIITranslator::shared().keyCodeForTranslation("a"), std::nullopt);
-    EXPECT_EQ(log.texts(), std::vector<std::string>(2, "#Critical Failed to create an input source"));
+    EXPECT_EQ(log.texts(),
+              std::vector<std::string>(2, "#Critical Failed to create an input source"));
     EXPECT_EQ(log.records().front().level, LogLevel::fault);
 }
 
@@ -176,7 +178,8 @@ TEST_F(KeyCodeTranslatorTest, TranslatorsMayBeSharedBetweenThreads) {
             }
         });
     }
-    for (auto& thread : threads) thread.join();
+    for (auto& thread : threads)
+        thread.join();
     // Each miss is filled once, under the lock.
     EXPECT_EQ(layouts.translationCount(), 50u);
 }

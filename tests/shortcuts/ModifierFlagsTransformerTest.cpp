@@ -25,15 +25,15 @@ TEST_F(ModifierFlagsTransformerTest, FlagsReadControlOptionShiftCommandReversedR
                                         SRLayoutDirection::rightToLeft),
               "Command-Option");
 
-    ScopedStringTable table(std::map<std::string, std::string, std::less<>>{
-        {"Control", "Strg"}, {"-", "+"}});
+    ScopedStringTable table(
+        std::map<std::string, std::string, std::less<>>{{"Control", "Strg"}, {"-", "+"}});
     EXPECT_EQ(literal->transformedValue(SRNumber(SRControlFlag | SRShiftFlag)), "Strg+Shift");
 }
 
 TEST_F(ModifierFlagsTransformerTest, NonNumbersAndTheFormlessBaseGiveNothing) {
-    EXPECT_EQ(SRSymbolicModifierFlagsTransformer::sharedTransformer()->transformedValue(
-                  std::string("⌘")),
-              std::nullopt);
+    EXPECT_EQ(
+        SRSymbolicModifierFlagsTransformer::sharedTransformer()->transformedValue(std::string("⌘")),
+        std::nullopt);
     EXPECT_EQ(log.texts(), std::vector<std::string>{"#Error Invalid value for transformation"});
     EXPECT_EQ(SRModifierFlagsTransformer::sharedTransformer(),
               SRSymbolicModifierFlagsTransformer::sharedTransformer());

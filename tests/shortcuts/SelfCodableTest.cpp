@@ -13,7 +13,7 @@ using platform::PropertyList;
 using SelfCodable = SRShortcut::SelfCodable;
 
 class SelfCodableTest : public testing::ShortcutTest {
-protected:
+  protected:
     quillbox::PropertyListEncoder encoder;
     quillbox::PropertyListDecoder decoder;
 

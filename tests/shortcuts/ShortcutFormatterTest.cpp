@@ -1,9 +1,8 @@
-#include "shortcuts/SRShortcutFormatter.h"
-
 #include <gtest/gtest.h>
 
 #include "shortcuts/FakeApplication.h"
 #include "shortcuts/SRShortcut.h"
+#include "shortcuts/SRShortcutFormatter.h"
 #include "shortcuts/ShortcutTestSupport.h"
 
 namespace lirixkro {
@@ -12,7 +11,7 @@ namespace {
 constexpr SRModifierFlags commandShift = SRCommandFlag | SRShiftFlag;
 
 class ShortcutFormatterTest : public testing::ShortcutTest {
-protected:
+  protected:
     SRShortcutRef commandShiftK = SRShortcut::shortcutWithCode(40, commandShift);
 };
 

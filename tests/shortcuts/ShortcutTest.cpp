@@ -1,7 +1,6 @@
-#include "shortcuts/SRShortcut.h"
-
 #include <gtest/gtest.h>
 
+#include "shortcuts/SRShortcut.h"
 #include "shortcuts/ShortcutTestSupport.h"
 
 namespace lirixkro {
@@ -13,7 +12,7 @@ using platform::EventType;
 constexpr SRModifierFlags commandShift = SRCommandFlag | SRShiftFlag;
 
 class ShortcutTest : public testing::ShortcutTest {
-protected:
+  protected:
     static Event keyEvent(EventType type, SRKeyCode keyCode, SRModifierFlags flags) {
         Event event;
         event.type = type;
@@ -98,7 +97,7 @@ TEST_F(ShortcutTest, AModifierKeyGivesAShortcutOfModifiersAlone) {
     EXPECT_EQ(commandUp->characters(), std::nullopt);
 
     const std::vector<std::pair<SRKeyCode, SRModifierFlags>> keys = {
-        {54, SRCommandFlag}, {58, SROptionFlag}, {61, SROptionFlag}, {56, SRShiftFlag},
+        {54, SRCommandFlag}, {58, SROptionFlag},  {61, SROptionFlag}, {56, SRShiftFlag},
         {60, SRShiftFlag},   {59, SRControlFlag}, {62, SRControlFlag}};
     for (const auto& [keyCode, flag] : keys) {
         auto shortcut = SRShortcut::shortcutWithEvent(
@@ -115,9 +114,9 @@ TEST_F(ShortcutTest, AModifierKeyGivesAShortcutOfModifiersAlone) {
 
 TEST_F(ShortcutTest, OtherEventsGiveNothing) {
     EXPECT_FALSE(SRShortcut::shortcutWithEvent(keyEvent(EventType::mouseMoved, 0, 0)));
-    EXPECT_EQ(log.texts(), std::vector<std::string>{
-                               "#Error aKeyboardEvent must be either NSEventTypeKeyUp, "
-                               "NSEventTypeKeyDown or NSEventTypeFlagsChanged, but got 5"});
+    EXPECT_EQ(log.texts(),
+              std::vector<std::string>{"#Error aKeyboardEvent must be either NSEventTypeKeyUp, "
+                                       "NSEventTypeKeyDown or NSEventTypeFlagsChanged, but got 5"});
 }
 
 TEST_F(ShortcutTest, KeyEquivalentsAreModifierSymbolsThenAKey) {
@@ -186,7 +185,8 @@ TEST_F(ShortcutTest, TheDictionaryFormRoundTripsAndAnswersSubscripts) {
 
 TEST_F(ShortcutTest, MenuKeyEquivalentsMatchTheirShortcut) {
     auto commandA = SRShortcut::shortcutWithCode(0, SRCommandFlag);
-    EXPECT_TRUE(commandA->isEqualToKeyEquivalent("a", SRCommandFlag | platform::modifier::function));
+    EXPECT_TRUE(
+        commandA->isEqualToKeyEquivalent("a", SRCommandFlag | platform::modifier::function));
     EXPECT_FALSE(commandA->isEqualToKeyEquivalent("A", SRCommandFlag));
     EXPECT_FALSE(commandA->isEqualToKeyEquivalent("a", commandShift));
     EXPECT_FALSE(commandA->isEqualToKeyEquivalent("", SRCommandFlag));

@@ -13,7 +13,7 @@ namespace lirixkro::testing {
 // The simulated layouts (US to begin with) and hot keys, installed as the
 // platform, with the log captured.
 class ShortcutTest : public ::testing::Test {
-protected:
+  protected:
     platform::Services services() {
         platform::Services services;
         services.mainLoop = &loop;

@@ -1,11 +1,10 @@
-#include "shortcuts/SRShortcutValidator.h"
-
 #include <gtest/gtest.h>
 
 #include "platform/HotKeys.h"
 #include "shortcuts/FakeApplication.h"
 #include "shortcuts/SRMenuItemPath.h"
 #include "shortcuts/SRShortcut.h"
+#include "shortcuts/SRShortcutValidator.h"
 #include "shortcuts/ShortcutTestSupport.h"
 
 namespace lirixkro {
@@ -21,16 +20,18 @@ constexpr SRKeyCode key3 = 20;
 
 // A delegate that offers what a test sets and nothing else.
 class ScriptedDelegate final : public SRShortcutValidatorDelegate {
-public:
+  public:
     std::optional<bool> shortcutValidatorIsShortcutValid(SRShortcutValidator&, const SRShortcut&,
                                                          std::string& reason) override {
-        if (valid) reason = givenReason;
+        if (valid)
+            reason = givenReason;
         return valid;
     }
     std::optional<bool> shortcutValidatorIsKeyCodeAndFlagsTaken(SRShortcutValidator&, SRKeyCode,
                                                                 SRModifierFlags,
                                                                 std::string& reason) override {
-        if (taken) reason = givenReason;
+        if (taken)
+            reason = givenReason;
         return taken;
     }
     std::optional<bool> shortcutValidatorShouldCheckSystemShortcuts(SRShortcutValidator&) override {
@@ -49,7 +50,7 @@ public:
 };
 
 class ShortcutValidatorTest : public testing::ShortcutTest {
-protected:
+  protected:
     ShortcutValidatorTest() {
         auto editMenu = Menu::make("Edit");
         find = MenuItem::make("Find", "f");
@@ -123,13 +124,11 @@ TEST_F(ShortcutValidatorTest, EnabledSystemShortcutsWithExactlyTheSameFlagsRefus
               "system-wide keyboard shortcut. If you really want to use this shortcut, most "
               "shortcuts can be changed in the Keyboard panel in System Preferences.");
 
-    EXPECT_TRUE(validator.validateShortcut(*shortcut(keyA, SRControlFlag), nullptr))
-        << "disabled";
+    EXPECT_TRUE(validator.validateShortcut(*shortcut(keyA, SRControlFlag), nullptr)) << "disabled";
     EXPECT_TRUE(validator.validateShortcut(*shortcut(key3, SRCommandFlag), nullptr))
         << "fewer flags";
-    EXPECT_TRUE(
-        validator.validateShortcut(*shortcut(key3, SRCommandFlag | SRShiftFlag | SROptionFlag),
-                                   nullptr))
+    EXPECT_TRUE(validator.validateShortcut(
+        *shortcut(key3, SRCommandFlag | SRShiftFlag | SROptionFlag), nullptr))
         << "more flags";
 
     delegate->checkSystem = false;

@@ -57,8 +57,8 @@ TEST(SimHotKeys, RegistrationsFireAndConflictsAreRefused) {
     SimHotKeys hotKeys;
     std::vector<bool> presses;
     platform::Token token;
-    ASSERT_EQ(hotKeys.registerEventHotKey(40, 0x100, [&](bool down) { presses.push_back(down); },
-                                          token),
+    ASSERT_EQ(hotKeys.registerEventHotKey(
+                  40, 0x100, [&](bool down) { presses.push_back(down); }, token),
               0);
     platform::Token second;
     EXPECT_EQ(hotKeys.registerEventHotKey(40, 0x100, {}, second), SimHotKeys::hotKeyExistsStatus);

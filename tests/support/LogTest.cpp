@@ -1,8 +1,8 @@
-#include "support/Log.h"
-
 #include <gtest/gtest.h>
 
 #include <thread>
+
+#include "support/Log.h"
 
 using quillbox::CapturedLog;
 using quillbox::Log;
@@ -60,9 +60,10 @@ TEST(Log, CapturesNestAndRestoreThePreviousSink) {
 }
 
 TEST(Log, FormatsThePrintfTextsOfTheLibrary) {
-    EXPECT_EQ(quillbox::formatText("#Error Unable to translate keyCode %hu and modifierFlags %lu: %d",
-                                   static_cast<unsigned short>(0), 131072ul, -50),
-              "#Error Unable to translate keyCode 0 and modifierFlags 131072: -50");
+    EXPECT_EQ(
+        quillbox::formatText("#Error Unable to translate keyCode %hu and modifierFlags %lu: %d",
+                             static_cast<unsigned short>(0), 131072ul, -50),
+        "#Error Unable to translate keyCode 0 and modifierFlags 131072: -50");
     EXPECT_EQ(quillbox::formatText("<%hu>", static_cast<unsigned short>(65535)), "<65535>");
     EXPECT_EQ(quillbox::formatText("%s", ""), "");
 }

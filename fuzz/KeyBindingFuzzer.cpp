@@ -36,13 +36,13 @@ platform::sim::SimKeyboardLayouts& installDesktopOnce() {
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     auto& layouts = installDesktopOnce();
-    if (size == 0) return 0;
+    if (size == 0)
+        return 0;
     // The first byte picks the layout, so that every layout's reverse map is
     // met.
-    const char* identifiers[] = {platform::sim::layoutIdentifier::us,
-                                 platform::sim::layoutIdentifier::german,
-                                 platform::sim::layoutIdentifier::french,
-                                 platform::sim::layoutIdentifier::russian};
+    const char* identifiers[] = {
+        platform::sim::layoutIdentifier::us, platform::sim::layoutIdentifier::german,
+        platform::sim::layoutIdentifier::french, platform::sim::layoutIdentifier::russian};
     layouts.selectLayout(identifiers[data[0] % 4]);
     const std::string text(reinterpret_cast<const char*>(data + 1), size - 1);
 

@@ -4,9 +4,9 @@
 #include <cstdint>
 #include <string>
 
+#include "platform/Platform.h"
 #include "platform/PropertyList.h"
 #include "platform/PropertyListCodec.h"
-#include "platform/Platform.h"
 #include "platform/sim/SimKeyboardLayouts.h"
 #include "platform/sim/SimMainLoop.h"
 #include "shortcuts/SRShortcut.h"
@@ -35,10 +35,12 @@ void installDesktopOnce() {
 // Builds an entry of a type the input chooses, so that the decoder meets
 // every kind of value under the keys it knows.
 PropertyList entryFrom(const std::uint8_t*& data, std::size_t& size) {
-    if (size < 9) return PropertyList(std::string());
+    if (size < 9)
+        return PropertyList(std::string());
     const std::uint8_t kind = data[0];
     std::uint64_t bits = 0;
-    for (int i = 1; i <= 8; ++i) bits = (bits << 8) | data[i];
+    for (int i = 1; i <= 8; ++i)
+        bits = (bits << 8) | data[i];
     data += 9;
     size -= 9;
     switch (kind % 6) {
@@ -82,11 +84,13 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const char* keys[] = {"keyCode", "modifierFlags", "characters", "charactersIgnoringModifiers",
                           "other"};
     for (const char* key : keys) {
-        if (size == 0) break;
+        if (size == 0)
+            break;
         const bool present = data[0] & 1;
         ++data;
         --size;
-        if (present) dictionary[key] = entryFrom(data, size);
+        if (present)
+            dictionary[key] = entryFrom(data, size);
     }
     decodeEveryWay(platform::PropertyListCodec::encodeBinary(dictionary));
     return 0;

@@ -15,9 +15,15 @@ enum class ActivationPolicy : std::int64_t {
     prohibited = 2,  // never activates
 };
 
+// The direction the user interface reads in. Raw values are the platform's.
+enum class UserInterfaceLayoutDirection : int {
+    leftToRight = 0,
+    rightToLeft = 1,
+};
+
 // The running program itself, as the platform sees it.
 class Application {
-public:
+  public:
     virtual ~Application() = default;
 
     virtual ActivationPolicy activationPolicy() const = 0;
@@ -28,6 +34,12 @@ public:
 
     virtual std::shared_ptr<Menu> mainMenu() const = 0;
     virtual void setMainMenu(std::shared_ptr<Menu> menu) = 0;
+
+    // The reading direction of the application's interface; left to right
+    // unless a backend knows better.
+    virtual UserInterfaceLayoutDirection userInterfaceLayoutDirection() const {
+        return UserInterfaceLayoutDirection::leftToRight;
+    }
 
     // Ends the program through the platform's own quit path.
     virtual void terminate() = 0;

@@ -1,0 +1,1 @@
+tarnwick_benchmark(ShortcutBenchmarks LIBS lirixkro platform_sim)

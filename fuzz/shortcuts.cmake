@@ -1,0 +1,2 @@
+tarnwick_fuzzer(ShortcutDecodingFuzzer LIBS lirixkro platform_sim)
+tarnwick_fuzzer(KeyBindingFuzzer LIBS lirixkro platform_sim)

@@ -1,0 +1,110 @@
+#include "platform/sim/SimKeyboardLayouts.h"
+
+#include <algorithm>
+
+namespace platform::sim {
+
+namespace {
+
+const SimKeyboardLayoutTable* findTable(std::string_view identifier) {
+    const auto& tables = simKeyboardLayoutTables();
+    auto found = std::find_if(tables.begin(), tables.end(),
+                              [&](const auto& table) { return table.identifier == identifier; });
+    return found == tables.end() ? nullptr : &*found;
+}
+
+const std::string& firstNonEmpty(const std::string& preferred, const std::string& fallback) {
+    return preferred.empty() ? fallback : preferred;
+}
+
+}  // namespace
+
+SimInputSource::SimInputSource(const SimKeyboardLayoutTable& table,
+                               std::shared_ptr<std::atomic<std::size_t>> counter)
+    : table_(table), counter_(std::move(counter)) {}
+
+KeyTranslation SimInputSource::translate(KeyCode keyCode, std::uint32_t modifierState) const {
+    ++*counter_;
+    if (keyCode > 127)
+        return {invalidKeyCodeStatus, {}};
+    auto found = table_.keys.find(keyCode);
+    if (found == table_.keys.end())
+        return {};
+
+    const SimKeyTexts& texts = found->second;
+    const bool shift = modifierState & keyModifierState::shift;
+    const bool option = modifierState & keyModifierState::option;
+    const std::string& shifted = firstNonEmpty(texts.shift, texts.plain);
+    if (shift && option)
+        return {0, firstNonEmpty(texts.shiftOption, shifted)};
+    if (option)
+        return {0, firstNonEmpty(texts.option, texts.plain)};
+    if (shift)
+        return {0, shifted};
+    return {0, texts.plain};
+}
+
+struct SimKeyboardLayouts::Observers {
+    std::uint64_t lastId = 0;
+    std::map<std::uint64_t, std::function<void()>> handlers;
+};
+
+SimKeyboardLayouts::SimKeyboardLayouts(MainLoop& loop)
+    : loop_(loop),
+      counter_(std::make_shared<std::atomic<std::size_t>>(0)),
+      current_(findTable(layoutIdentifier::us)),
+      observers_(std::make_shared<Observers>()) {}
+
+SimKeyboardLayouts::~SimKeyboardLayouts() = default;
+
+std::shared_ptr<InputSource> SimKeyboardLayouts::sourceFor(const SimKeyboardLayoutTable& table) {
+    auto& source = sources_[table.identifier];
+    if (!source)
+        source = std::make_shared<SimInputSource>(table, counter_);
+    return source;
+}
+
+std::shared_ptr<InputSource> SimKeyboardLayouts::copyCurrentKeyboardLayoutInputSource() {
+    if (unavailable_)
+        return nullptr;
+    return sourceFor(*current_);
+}
+
+std::shared_ptr<InputSource>
+SimKeyboardLayouts::copyCurrentASCIICapableKeyboardLayoutInputSource() {
+    if (unavailable_)
+        return nullptr;
+    return sourceFor(current_->asciiCapable ? *current_ : *findTable(layoutIdentifier::us));
+}
+
+Subscription SimKeyboardLayouts::observeLayoutChanges(std::function<void()> handler) {
+    const auto id = ++observers_->lastId;
+    observers_->handlers[id] = std::move(handler);
+    return Subscription([weak = std::weak_ptr<Observers>(observers_), id] {
+        if (auto observers = weak.lock())
+            observers->handlers.erase(id);
+    });
+}
+
+bool SimKeyboardLayouts::selectLayout(std::string_view identifier) {
+    const auto* table = findTable(identifier);
+    if (!table)
+        return false;
+    if (table == current_)
+        return true;
+    current_ = table;
+    loop_.post([weak = std::weak_ptr<Observers>(observers_)] {
+        auto observers = weak.lock();
+        if (!observers)
+            return;
+        // A copy, so that a handler may unsubscribe while being told.
+        auto handlers = observers->handlers;
+        for (auto& [id, handler] : handlers) {
+            if (observers->handlers.count(id))
+                handler();
+        }
+    });
+    return true;
+}
+
+}  // namespace platform::sim

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <memory>
+
+#include "shortcuts/SRKeyCodeTransformer.h"
+
+namespace lirixkro {
+
+// The symbolic form of a key on the current layout, for matching (a function key's private-use
+// character, "a", a carriage return).
+class SRSymbolicKeyCodeTransformer final : public SRKeyCodeTransformer {
+  public:
+    static std::shared_ptr<const SRSymbolicKeyCodeTransformer> sharedTransformer();
+    // A transformer with a translator of its own on one fixed layout.
+    static std::shared_ptr<const SRSymbolicKeyCodeTransformer> makeWithInputSource(
+        std::shared_ptr<platform::InputSource> inputSource);
+
+    using SRKeyCodeTransformer::transformedValue;
+    std::optional<std::string> transformedValue(const SRValue& value,
+                                                SRModifierFlags implicitModifierFlags,
+                                                SRModifierFlags explicitModifierFlags,
+                                                SRLayoutDirection direction) const override;
+
+  private:
+    using SRKeyCodeTransformer::SRKeyCodeTransformer;
+};
+
+}  // namespace lirixkro

@@ -7,6 +7,10 @@ SimBundle::SimBundle(std::filesystem::path path, std::optional<std::string> iden
     : path_(std::move(path)), identifier_(std::move(identifier)), info_(std::move(info)) {}
 
 SimBundles::SimBundles(std::string version, std::string build) {
+    setVersion(std::move(version), std::move(build));
+}
+
+void SimBundles::setVersion(std::string version, std::string build) {
     PropertyList::Dictionary info{
         {"CFBundleName", "Tarnwick"},
         {"CFBundleIdentifier", mainBundleIdentifier},

@@ -42,6 +42,8 @@ class SimBundles final : public Bundles {
     std::shared_ptr<SimBundle> addBundle(const std::filesystem::path& path,
                                          std::optional<std::string> identifier,
                                          std::optional<PropertyList::Dictionary> info = {});
+    // Makes a main bundle that reports this version and build.
+    void setVersion(std::string version, std::string build);
     // Replaces the main bundle, as for a bundle that lacks an identifier.
     void setMainBundle(std::shared_ptr<SimBundle> bundle) { main_ = std::move(bundle); }
 

@@ -65,10 +65,11 @@ bool QtApplication::isActive() const {
 }
 
 // Queued, so that a quit asked before the loop runs still ends it once it
-// does.
+// does. Not QCoreApplication::quit(): that first asks every window to
+// close, and ours answer a close by hiding, which cancels the quit.
 void quitEventLoop() {
-    QMetaObject::invokeMethod(QCoreApplication::instance(), &QCoreApplication::quit,
-                              Qt::QueuedConnection);
+    QMetaObject::invokeMethod(
+        QCoreApplication::instance(), [] { QCoreApplication::exit(0); }, Qt::QueuedConnection);
 }
 
 void QtApplication::terminate() {

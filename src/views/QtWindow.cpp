@@ -2,6 +2,8 @@
 
 #include <QCloseEvent>
 #include <QGuiApplication>
+#include <QMoveEvent>
+#include <QResizeEvent>
 #include <QVBoxLayout>
 #include <QWidget>
 #include <algorithm>
@@ -22,6 +24,14 @@ class QtWindow::Widget final : public QWidget {
     void closeEvent(QCloseEvent* event) override {
         event->ignore();
         owner_.close();
+    }
+    void moveEvent(QMoveEvent* event) override {
+        QWidget::moveEvent(event);
+        owner_.keepPlacedOrigin();
+    }
+    void resizeEvent(QResizeEvent* event) override {
+        QWidget::resizeEvent(event);
+        owner_.keepPlacedOrigin();
     }
 
   private:
@@ -91,8 +101,21 @@ CGRect QtWindow::frame() const {
 }
 
 void QtWindow::setFrameOrigin(CGPoint origin) {
-    const int height = widget_->frameGeometry().height();
-    widget_->move(ScreenCoordinates::ofPrimaryScreen().topLeftFor(origin, height));
+    placedOrigin_ = origin;
+    heightWhenPlaced_ = widget_->frameGeometry().height();
+    widget_->move(ScreenCoordinates::ofPrimaryScreen().topLeftFor(origin, heightWhenPlaced_));
+}
+
+// The window manager adds the title bar to the frame after the window first
+// shows, and the frame then reaches further down than placed. Placing it
+// again once keeps the bottom-left corner where it was put.
+void QtWindow::keepPlacedOrigin() {
+    if (!awaitingDecoration_ || !placedOrigin_)
+        return;
+    if (widget_->frameGeometry().height() == heightWhenPlaced_)
+        return;
+    awaitingDecoration_ = false;
+    setFrameOrigin(*placedOrigin_);
 }
 
 void QtWindow::setAlphaValue(double alpha) {
@@ -117,7 +140,9 @@ void QtWindow::show(bool activating) {
     if (prepareForShow_)
         prepareForShow_(widget_.get());
     widget_->setAttribute(Qt::WA_ShowWithoutActivating, !activating);
+    awaitingDecoration_ = !widget_->isVisible();
     widget_->show();
+    keepPlacedOrigin();
     widget_->raise();
     if (activating)
         widget_->activateWindow();

@@ -2,6 +2,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "platform/Window.h"
@@ -65,6 +66,7 @@ class QtWindow final : public Window {
     void applyWindowFlags();
     void show(bool activating);
     void hideOnDeactivation();
+    void keepPlacedOrigin();
 
     Kind kind_;
     WindowStyleMask styleMask_;
@@ -73,6 +75,9 @@ class QtWindow final : public Window {
     bool becomesKeyOnlyIfNeeded_ = false;
     bool titlebarAppearsTransparent_ = false;
     double alpha_ = 1.0;
+    std::optional<CGPoint> placedOrigin_;
+    int heightWhenPlaced_ = 0;
+    bool awaitingDecoration_ = false;
     WindowDelegate* delegate_ = nullptr;
     ShowPreparation prepareForShow_;
     std::unique_ptr<Widget> widget_;

@@ -97,7 +97,11 @@ void setSkipTaskbarAndPager(QWidget& window, bool skip) {
     auto* x11 = qGuiApp ? qGuiApp->nativeInterface<QNativeInterface::QX11Application>() : nullptr;
     if (!x11 || !window.isWindow())
         return;
+    // Off X11 (the offscreen platform, say) the interface is there with no
+    // connection behind it.
     xcb_connection_t* connection = x11->connection();
+    if (!connection)
+        return;
     const auto id = static_cast<xcb_window_t>(window.winId());
     const auto atoms = stateAtoms(connection);
     if (window.isVisible()) {

@@ -1,12 +1,25 @@
 #include <cstdio>
-#include <cstring>
 
-#include "main/BuildInfo.h"
+#include "main/CommandLine.h"
+#include "main/Run.h"
 
 int main(int argc, char** argv) {
-    if (argc > 1 && std::strcmp(argv[1], "--version") == 0) {
-        std::printf("Tarnwick %s (%s)\n", tarnwick::build::version, tarnwick::build::number);
-        return 0;
+    using tarnwick::CommandLine;
+    const auto commandLine = tarnwick::parseCommandLine(argc, argv);
+    switch (commandLine.action) {
+        case CommandLine::Action::help:
+            std::fputs(tarnwick::usageText().c_str(), stdout);
+            return 0;
+        case CommandLine::Action::version:
+            std::printf("%s\n", tarnwick::versionText().c_str());
+            return 0;
+        case CommandLine::Action::invalid:
+            std::fprintf(stderr, "tarnwick: %s\n%s", commandLine.error.c_str(),
+                         tarnwick::usageText().c_str());
+            return 2;
+        case CommandLine::Action::run:
+        case CommandLine::Action::simulate:
+            break;
     }
-    return 0;
+    return tarnwick::runOnDesktop(commandLine, argc, argv);
 }

@@ -1,10 +1,10 @@
-#include "platform/sim/SimMainLoop.h"
-
 #include <gtest/gtest.h>
 #include <unistd.h>
 
 #include <string>
 #include <vector>
+
+#include "platform/sim/SimMainLoop.h"
 
 using platform::sim::SimMainLoop;
 
@@ -52,7 +52,8 @@ TEST(SimMainLoop, WatchedDescriptorsRunTheirHandlerWhenReadable) {
     int reads = 0;
     auto watch = loop.watchFileDescriptor(fds[0], [&] {
         char buffer[16];
-        if (::read(fds[0], buffer, sizeof buffer) > 0) ++reads;
+        if (::read(fds[0], buffer, sizeof buffer) > 0)
+            ++reads;
     });
     loop.runUntilIdle();
     EXPECT_EQ(reads, 0);

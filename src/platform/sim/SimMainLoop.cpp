@@ -15,7 +15,9 @@ namespace {
 constexpr std::size_t runawayLimit = 1'000'000;
 }  // namespace
 
-void SimMainLoop::post(Task task) { tasks_.push_back(std::move(task)); }
+void SimMainLoop::post(Task task) {
+    tasks_.push_back(std::move(task));
+}
 
 Token SimMainLoop::postAfter(double seconds, Task task) {
     const auto id = nextId();
@@ -38,7 +40,9 @@ Token SimMainLoop::watchFileDescriptor(int fd, Task onReadable) {
     return Token{id};
 }
 
-void SimMainLoop::unwatch(Token watch) { watches_.erase(watch.id); }
+void SimMainLoop::unwatch(Token watch) {
+    watches_.erase(watch.id);
+}
 
 std::size_t SimMainLoop::runOneTurn() {
     std::size_t count = tasks_.size();
@@ -51,7 +55,8 @@ std::size_t SimMainLoop::runOneTurn() {
 }
 
 bool SimMainLoop::runDueTimer() {
-    if (timers_.empty() || timers_.begin()->first.due > now_) return false;
+    if (timers_.empty() || timers_.begin()->first.due > now_)
+        return false;
     Task task = std::move(timers_.begin()->second.task);
     timers_.erase(timers_.begin());
     task();
@@ -59,19 +64,23 @@ bool SimMainLoop::runDueTimer() {
 }
 
 bool SimMainLoop::pollDescriptors(int timeoutMs) {
-    if (watches_.empty()) return false;
+    if (watches_.empty())
+        return false;
     std::vector<pollfd> fds;
     std::vector<std::uint64_t> ids;
     for (const auto& [id, watch] : watches_) {
         fds.push_back(pollfd{watch.first, POLLIN, 0});
         ids.push_back(id);
     }
-    if (::poll(fds.data(), fds.size(), timeoutMs) <= 0) return false;
+    if (::poll(fds.data(), fds.size(), timeoutMs) <= 0)
+        return false;
     bool ran = false;
     for (std::size_t i = 0; i < fds.size(); ++i) {
-        if (!(fds[i].revents & (POLLIN | POLLHUP | POLLERR))) continue;
+        if (!(fds[i].revents & (POLLIN | POLLHUP | POLLERR)))
+            continue;
         auto it = watches_.find(ids[i]);
-        if (it == watches_.end()) continue;
+        if (it == watches_.end())
+            continue;
         Task handler = it->second.second;  // the handler may unwatch itself
         handler();
         ran = true;
@@ -112,8 +121,10 @@ bool SimMainLoop::runUntil(const std::function<bool()>& predicate, double realSe
     const auto deadline = Clock::now() + std::chrono::duration<double>(realSeconds);
     for (;;) {
         runUntilIdle();
-        if (predicate()) return true;
-        if (Clock::now() >= deadline) return false;
+        if (predicate())
+            return true;
+        if (Clock::now() >= deadline)
+            return false;
         pollDescriptors(10);
     }
 }

@@ -16,7 +16,7 @@ namespace platform::sim {
 // timers as they come due. Watched file descriptors are real and are polled
 // without waiting, so that real files and pipes work in tests.
 class SimMainLoop final : public MainLoop {
-public:
+  public:
     void post(Task task) override;
     Token postAfter(double seconds, Task task) override;
     void cancel(Token timer) override;
@@ -38,7 +38,7 @@ public:
     std::size_t pendingTaskCount() const { return tasks_.size(); }
     std::size_t pendingTimerCount() const { return timers_.size(); }
 
-private:
+  private:
     struct TimerKey {
         double due;
         std::uint64_t sequence;

@@ -9,7 +9,7 @@ namespace platform::sim {
 // A running application of the simulated desktop. Tests set its data
 // directly.
 class SimRunningApplication final : public RunningApplication {
-public:
+  public:
     struct Info {
         pid_t processIdentifier = 0;
         std::optional<std::string> bundleIdentifier;
@@ -33,7 +33,7 @@ public:
     Info& info() { return info_; }
     void markTerminated() { terminated_ = true; }
 
-private:
+  private:
     Info info_;
     bool terminated_ = false;
 };

@@ -4,7 +4,7 @@
 
 namespace platform::sim {
 
-SimWorkspace::SimWorkspace(SimMainLoop& loop) : loop_(loop) {}
+SimWorkspace::SimWorkspace(MainLoop& loop) : loop_(loop) {}
 
 std::vector<RunningApplicationRef> SimWorkspace::runningApplications() const {
     return {running_.begin(), running_.end()};
@@ -12,7 +12,8 @@ std::vector<RunningApplicationRef> SimWorkspace::runningApplications() const {
 
 RunningApplicationRef SimWorkspace::runningApplicationWithProcessIdentifier(pid_t pid) const {
     for (const auto& app : running_) {
-        if (app->processIdentifier() == pid) return app;
+        if (app->processIdentifier() == pid)
+            return app;
     }
     return nullptr;
 }
@@ -25,13 +26,15 @@ Token SimWorkspace::addObserverForName(WorkspaceNotification name, NotificationH
 
 void SimWorkspace::removeObserver(Token observer, WorkspaceNotification name) {
     auto it = observers_.find(observer.id);
-    if (it != observers_.end() && it->second.first == name) observers_.erase(it);
+    if (it != observers_.end() && it->second.first == name)
+        observers_.erase(it);
 }
 
 Subscription SimWorkspace::observeFrontmostApplication(bool initial, FrontmostHandler handler) {
     const auto id = ++lastId_;
     frontmostObservers_.emplace(id, handler);
-    if (initial) handler(frontmost_);
+    if (initial)
+        handler(frontmost_);
     return Subscription([this, id] { frontmostObservers_.erase(id); });
 }
 
@@ -50,7 +53,8 @@ std::shared_ptr<SimRunningApplication> SimWorkspace::launch(SimRunningApplicatio
 void SimWorkspace::terminate(pid_t pid) {
     auto it = std::find_if(running_.begin(), running_.end(),
                            [pid](const auto& app) { return app->processIdentifier() == pid; });
-    if (it == running_.end()) return;
+    if (it == running_.end())
+        return;
     auto app = *it;
     running_.erase(it);
     app->markTerminated();
@@ -62,12 +66,14 @@ void SimWorkspace::setFrontmostApplication(RunningApplicationRef app) {
     // Observers may remove themselves while being told.
     auto observers = frontmostObservers_;
     for (const auto& [id, handler] : observers) {
-        if (frontmostObservers_.count(id)) handler(frontmost_);
+        if (frontmostObservers_.count(id))
+            handler(frontmost_);
     }
 }
 
 void SimWorkspace::setCurrentApplication(std::shared_ptr<SimRunningApplication> app) {
-    if (std::find(running_.begin(), running_.end(), app) == running_.end()) running_.push_back(app);
+    if (std::find(running_.begin(), running_.end(), app) == running_.end())
+        running_.push_back(app);
     current_ = std::move(app);
 }
 
@@ -76,17 +82,17 @@ void SimWorkspace::postNotificationWithoutApplication(WorkspaceNotification name
 }
 
 std::size_t SimWorkspace::observerCount(WorkspaceNotification name) const {
-    return static_cast<std::size_t>(std::count_if(observers_.begin(), observers_.end(),
-                                                  [name](const auto& entry) {
-                                                      return entry.second.first == name;
-                                                  }));
+    return static_cast<std::size_t>(
+        std::count_if(observers_.begin(), observers_.end(),
+                      [name](const auto& entry) { return entry.second.first == name; }));
 }
 
 void SimWorkspace::post(WorkspaceNotification name, RunningApplicationRef app) {
     loop_.post([this, name, app] {
         auto observers = observers_;
         for (const auto& [id, entry] : observers) {
-            if (entry.first == name && observers_.count(id)) entry.second({app});
+            if (entry.first == name && observers_.count(id))
+                entry.second({app});
         }
     });
 }

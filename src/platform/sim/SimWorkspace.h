@@ -4,8 +4,8 @@
 #include <memory>
 #include <vector>
 
+#include "platform/MainLoop.h"
 #include "platform/Workspace.h"
-#include "platform/sim/SimMainLoop.h"
 #include "platform/sim/SimRunningApplication.h"
 
 namespace platform::sim {
@@ -14,8 +14,8 @@ namespace platform::sim {
 // frontmost one, and the launch and termination notifications, delivered on
 // the main loop as the platform does.
 class SimWorkspace final : public Workspace {
-public:
-    explicit SimWorkspace(SimMainLoop& loop);
+  public:
+    explicit SimWorkspace(MainLoop& loop);
 
     std::vector<RunningApplicationRef> runningApplications() const override;
     RunningApplicationRef frontmostApplication() const override { return frontmost_; }
@@ -35,15 +35,16 @@ public:
     void setFrontmostApplication(RunningApplicationRef app);
     // This program's own entry; it is one of the running applications.
     void setCurrentApplication(std::shared_ptr<SimRunningApplication> app);
+    std::shared_ptr<SimRunningApplication> ownEntry() const { return current_; }
     // Posts a notification whose information lacks the application.
     void postNotificationWithoutApplication(WorkspaceNotification name);
 
     std::size_t observerCount(WorkspaceNotification name) const;
 
-private:
+  private:
     void post(WorkspaceNotification name, RunningApplicationRef app);
 
-    SimMainLoop& loop_;
+    MainLoop& loop_;
     std::uint64_t lastId_ = 0;
     std::vector<std::shared_ptr<SimRunningApplication>> running_;
     RunningApplicationRef frontmost_;

@@ -1,0 +1,62 @@
+#include "main/Run.h"
+
+#include <QApplication>
+#include <csignal>
+#include <cstdio>
+#include <cstdlib>
+#include <string>
+
+#include "main/BuildInfo.h"
+#include "main/PlatformAssembly.h"
+#include "main/SignalPipe.h"
+#include "platform/x11/X11Connection.h"
+#include "views/QtApplication.h"
+#include "views/QtMainLoop.h"
+
+namespace tarnwick {
+
+namespace {
+
+std::string displayProblem() {
+    const char* display = std::getenv("DISPLAY");
+    if (!display || !*display)
+        return "tarnwick: no X display: DISPLAY is not set";
+    return std::string("tarnwick: cannot open the X display \"") + display + "\"";
+}
+
+// The program lives in the status area and in its panel: closing its last
+// window doesn't end it.
+void configure() {
+    QApplication::setApplicationName(QStringLiteral("Tarnwick"));
+    QApplication::setApplicationVersion(QString::fromLatin1(build::version));
+    QApplication::setQuitOnLastWindowClosed(false);
+}
+
+}  // namespace
+
+int runOnDesktop(const CommandLine& commandLine, int& argc, char** argv) {
+    const bool simulated = commandLine.action == CommandLine::Action::simulate;
+    std::unique_ptr<platform::x11::X11Connection> display;
+    if (!simulated) {
+        display = platform::x11::X11Connection::open();
+        if (!display) {
+            std::fprintf(stderr, "%s (use --simulate to run without one)\n",
+                         displayProblem().c_str());
+            return 1;
+        }
+    }
+
+    QApplication application(argc, argv);
+    configure();
+    platform::qt::QtMainLoop loop;
+    auto assembly =
+        simulated ? assembleSimulatedDesktop(loop) : assembleLinuxDesktop(loop, std::move(display));
+    platform::ScopedInstall installed(assembly->services());
+
+    // Last, so that a stop asked for during start-up waits in the pipe until
+    // the loop runs.
+    SignalPipe stopSignals({SIGTERM, SIGINT}, [](int) { platform::qt::quitEventLoop(); });
+    return QApplication::exec();
+}
+
+}  // namespace tarnwick

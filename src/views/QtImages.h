@@ -1,0 +1,14 @@
+#pragma once
+
+#include <QIcon>
+
+#include "platform/Image.h"
+
+namespace platform::qt {
+
+// The icon for an image as the program names it: one of our resources, a
+// symbol of the icon theme, or an image file. An image that can't be found
+// gives a null icon.
+QIcon iconFor(const Image& image);
+
+}  // namespace platform::qt

@@ -1,0 +1,177 @@
+#include "views/QtWindow.h"
+
+#include <QCloseEvent>
+#include <QGuiApplication>
+#include <QMoveEvent>
+#include <QResizeEvent>
+#include <QVBoxLayout>
+#include <QWidget>
+#include <algorithm>
+
+#include "views/QtContentView.h"
+#include "views/QtWindowFlags.h"
+#include "views/ScreenCoordinates.h"
+
+namespace platform::qt {
+
+// The top-level widget. A close asked by the window manager or by Qt goes
+// through the window's own close().
+class QtWindow::Widget final : public QWidget {
+  public:
+    explicit Widget(QtWindow& owner) : owner_(owner) {}
+
+  protected:
+    void closeEvent(QCloseEvent* event) override {
+        event->ignore();
+        owner_.close();
+    }
+    void moveEvent(QMoveEvent* event) override {
+        QWidget::moveEvent(event);
+        owner_.keepPlacedOrigin();
+    }
+    void resizeEvent(QResizeEvent* event) override {
+        QWidget::resizeEvent(event);
+        owner_.keepPlacedOrigin();
+    }
+
+  private:
+    QtWindow& owner_;
+};
+
+QtWindow::QtWindow(Kind kind, WindowStyleMask styleMask, ShowPreparation prepareForShow)
+    : kind_(kind),
+      styleMask_(styleMask),
+      hidesOnDeactivate_(kind == Kind::panel),
+      prepareForShow_(std::move(prepareForShow)),
+      widget_(std::make_unique<Widget>(*this)),
+      layout_(new QVBoxLayout(widget_.get())) {
+    layout_->setContentsMargins(0, 0, 0, 0);
+    // The window is as large as its content, whatever the content shows.
+    layout_->setSizeConstraint(QLayout::SetFixedSize);
+    applyWindowFlags();
+    QObject::connect(qGuiApp, &QGuiApplication::applicationStateChanged, widget_.get(),
+                     [this](Qt::ApplicationState state) {
+                         if (state != Qt::ApplicationActive)
+                             hideOnDeactivation();
+                     });
+}
+
+QtWindow::~QtWindow() = default;
+
+QWidget* QtWindow::widget() const {
+    return widget_.get();
+}
+
+std::string QtWindow::title() const {
+    return widget_->windowTitle().toStdString();
+}
+
+void QtWindow::setTitle(const std::string& title) {
+    widget_->setWindowTitle(QString::fromStdString(title));
+}
+
+void QtWindow::setStyleMask(WindowStyleMask mask) {
+    styleMask_ = mask;
+    applyWindowFlags();
+}
+
+void QtWindow::setLevel(WindowLevel level) {
+    level_ = level;
+    applyWindowFlags();
+}
+
+// Qt hides a window whose flags change; a visible one is shown again where
+// it was.
+void QtWindow::applyWindowFlags() {
+    const auto flags = windowFlagsFor(kind_ == Kind::panel, styleMask_, level_);
+    if (widget_->windowFlags() == flags)
+        return;
+    const bool wasVisible = widget_->isVisible();
+    const QPoint position = widget_->pos();
+    widget_->setWindowFlags(flags);
+    widget_->setAttribute(Qt::WA_ShowWithoutActivating, kind_ == Kind::panel);
+    if (wasVisible) {
+        widget_->move(position);
+        show(false);
+    }
+}
+
+CGRect QtWindow::frame() const {
+    return ScreenCoordinates::ofPrimaryScreen().toBottomLeft(widget_->frameGeometry());
+}
+
+void QtWindow::setFrameOrigin(CGPoint origin) {
+    placedOrigin_ = origin;
+    heightWhenPlaced_ = widget_->frameGeometry().height();
+    widget_->move(ScreenCoordinates::ofPrimaryScreen().topLeftFor(origin, heightWhenPlaced_));
+}
+
+// The window manager adds the title bar to the frame after the window first
+// shows, and the frame then reaches further down than placed. Placing it
+// again once keeps the bottom-left corner where it was put.
+void QtWindow::keepPlacedOrigin() {
+    if (!awaitingDecoration_ || !placedOrigin_)
+        return;
+    if (widget_->frameGeometry().height() == heightWhenPlaced_)
+        return;
+    awaitingDecoration_ = false;
+    setFrameOrigin(*placedOrigin_);
+}
+
+void QtWindow::setAlphaValue(double alpha) {
+    alpha_ = alpha;
+    widget_->setWindowOpacity(std::clamp(alpha, 0.0, 1.0));
+}
+
+bool QtWindow::isVisible() const {
+    return widget_->isVisible();
+}
+
+// A panel never takes keyboard focus, so for it this is orderFront().
+void QtWindow::makeKeyAndOrderFront() {
+    show(kind_ != Kind::panel);
+}
+
+void QtWindow::orderFront() {
+    show(false);
+}
+
+void QtWindow::show(bool activating) {
+    if (prepareForShow_)
+        prepareForShow_(widget_.get());
+    widget_->setAttribute(Qt::WA_ShowWithoutActivating, !activating);
+    awaitingDecoration_ = !widget_->isVisible();
+    widget_->show();
+    keepPlacedOrigin();
+    widget_->raise();
+    if (activating)
+        widget_->activateWindow();
+}
+
+void QtWindow::close() {
+    if (!widget_->isVisible())
+        return;
+    if (delegate_)
+        delegate_->windowWillClose(this);
+    widget_->hide();
+}
+
+void QtWindow::hideOnDeactivation() {
+    if (hidesOnDeactivate_ && widget_->isVisible())
+        widget_->hide();
+}
+
+void QtWindow::setContentView(std::shared_ptr<ContentView> view) {
+    if (auto* old = dynamic_cast<QtContentView*>(contentView_.get()); old && old->widget()) {
+        layout_->removeWidget(old->widget());
+        old->widget()->setParent(nullptr);
+    }
+    contentView_ = std::move(view);
+    if (auto* content = dynamic_cast<QtContentView*>(contentView_.get());
+        content && content->widget()) {
+        layout_->addWidget(content->widget());
+    }
+    layout_->activate();
+}
+
+}  // namespace platform::qt

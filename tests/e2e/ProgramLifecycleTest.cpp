@@ -1,0 +1,78 @@
+#include <gtest/gtest.h>
+
+#include <csignal>
+#include <cstdlib>
+#include <regex>
+
+#include "RunningProgram.h"
+
+using e2e::ExitStatus;
+using e2e::RunningProgram;
+using e2e::runTarnwick;
+
+namespace {
+
+constexpr ExitStatus exitedWith(int code) {
+    return {true, code};
+}
+
+bool haveDisplay() {
+    const char* display = std::getenv("DISPLAY");
+    return display && *display;
+}
+
+// Starts tarnwick, waits until it is ready to be stopped, stops it with the
+// signal and gives how it ended.
+std::optional<ExitStatus> startThenStop(const std::vector<std::string>& arguments, int signal) {
+    RunningProgram program(e2e::tarnwickExecutable(), arguments);
+    EXPECT_TRUE(program.waitUntilHandling(signal, 20))
+        << "not ready; stderr: " << program.standardError();
+    program.sendSignal(signal);
+    auto status = program.waitForExit(20);
+    EXPECT_TRUE(status) << "still running; stderr: " << program.standardError();
+    return status;
+}
+
+}  // namespace
+
+TEST(ProgramOptions, VersionAndHelpPrintAndExit) {
+    auto version = runTarnwick({"--version"});
+    EXPECT_EQ(version.status, exitedWith(0));
+    EXPECT_TRUE(
+        std::regex_match(version.output, std::regex(R"(Tarnwick \d+\.\d+\.\d+ \(build \d+\)\n)")))
+        << version.output;
+
+    auto help = runTarnwick({"--help"});
+    EXPECT_EQ(help.status, exitedWith(0));
+    for (const char* option : {"--simulate", "--version", "--help"}) {
+        EXPECT_NE(help.output.find(option), std::string::npos) << option;
+    }
+}
+
+TEST(ProgramOptions, AnUnknownOptionIsRefusedWithTheUsage) {
+    auto result = runTarnwick({"--bogus"});
+    EXPECT_EQ(result.status, exitedWith(2));
+    EXPECT_NE(result.error.find("unknown option '--bogus'"), std::string::npos) << result.error;
+    EXPECT_NE(result.error.find("Usage: tarnwick"), std::string::npos);
+    EXPECT_TRUE(result.output.empty());
+}
+
+TEST(ProgramLifecycle, WithoutADisplayThePlainStartSaysSoAndFails) {
+    auto result = runTarnwick({}, 10, {"DISPLAY", "WAYLAND_DISPLAY"});
+    EXPECT_EQ(result.status, exitedWith(1));
+    EXPECT_NE(result.error.find("DISPLAY is not set"), std::string::npos) << result.error;
+}
+
+TEST(ProgramLifecycle, SimulatedDesktopQuitsCleanlyOnTermAndInterrupt) {
+    if (!haveDisplay())
+        GTEST_SKIP() << "needs an X display";
+    EXPECT_EQ(startThenStop({"--simulate"}, SIGTERM), exitedWith(0));
+    EXPECT_EQ(startThenStop({"--simulate"}, SIGINT), exitedWith(0));
+}
+
+TEST(ProgramLifecycle, PlainStartOnTheDisplayQuitsCleanlyOnTermAndInterrupt) {
+    if (!haveDisplay())
+        GTEST_SKIP() << "needs an X display";
+    EXPECT_EQ(startThenStop({}, SIGTERM), exitedWith(0));
+    EXPECT_EQ(startThenStop({}, SIGINT), exitedWith(0));
+}

@@ -1,0 +1,149 @@
+#include "RunningProgram.h"
+
+#include <fcntl.h>
+#include <poll.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <chrono>
+#include <csignal>
+#include <cstdlib>
+#include <fstream>
+#include <stdexcept>
+
+namespace e2e {
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+Clock::time_point deadlineAfter(double seconds) {
+    return Clock::now() +
+           std::chrono::duration_cast<Clock::duration>(std::chrono::duration<double>(seconds));
+}
+
+[[noreturn]] void execute(const std::string& executable, const std::vector<std::string>& arguments,
+                          const std::vector<std::string>& removedEnvironment, int outputFd,
+                          int errorFd) {
+    dup2(outputFd, STDOUT_FILENO);
+    dup2(errorFd, STDERR_FILENO);
+    for (const auto& name : removedEnvironment)
+        unsetenv(name.c_str());
+    std::vector<char*> argv;
+    argv.push_back(const_cast<char*>(executable.c_str()));
+    for (const auto& argument : arguments)
+        argv.push_back(const_cast<char*>(argument.c_str()));
+    argv.push_back(nullptr);
+    execv(executable.c_str(), argv.data());
+    _exit(127);
+}
+
+// Whether the process has its own handler for the signal, from the caught
+// signals mask in /proc.
+bool isHandling(pid_t pid, int signal) {
+    std::ifstream status("/proc/" + std::to_string(pid) + "/status");
+    std::string line;
+    while (std::getline(status, line)) {
+        if (line.rfind("SigCgt:", 0) != 0)
+            continue;
+        const auto mask = std::stoull(line.substr(7), nullptr, 16);
+        return (mask >> (signal - 1)) & 1;
+    }
+    return false;
+}
+
+}  // namespace
+
+RunningProgram::RunningProgram(const std::string& executable,
+                               const std::vector<std::string>& arguments,
+                               const std::vector<std::string>& removedEnvironment) {
+    int output[2];
+    int error[2];
+    if (pipe2(output, O_CLOEXEC) != 0 || pipe2(error, O_CLOEXEC) != 0) {
+        throw std::runtime_error("cannot make pipes for the program's output");
+    }
+    pid_ = fork();
+    if (pid_ < 0)
+        throw std::runtime_error("cannot start " + executable);
+    if (pid_ == 0)
+        execute(executable, arguments, removedEnvironment, output[1], error[1]);
+    close(output[1]);
+    close(error[1]);
+    outputFd_ = output[0];
+    errorFd_ = error[0];
+    fcntl(outputFd_, F_SETFL, O_NONBLOCK);
+    fcntl(errorFd_, F_SETFL, O_NONBLOCK);
+}
+
+RunningProgram::~RunningProgram() {
+    if (!status_ && pid_ > 0) {
+        kill(pid_, SIGKILL);
+        waitpid(pid_, nullptr, 0);
+    }
+    close(outputFd_);
+    close(errorFd_);
+}
+
+void RunningProgram::sendSignal(int signal) const {
+    if (!status_)
+        kill(pid_, signal);
+}
+
+// Reads what is there, waiting up to the time for something to come.
+bool RunningProgram::collectOutput(int timeoutMs) {
+    pollfd fds[2] = {{outputFd_, POLLIN, 0}, {errorFd_, POLLIN, 0}};
+    if (poll(fds, 2, timeoutMs) <= 0)
+        return false;
+    bool read = false;
+    char buffer[4096];
+    for (auto& [fd, target] : {std::pair{outputFd_, &output_}, std::pair{errorFd_, &error_}}) {
+        ssize_t n;
+        while ((n = ::read(fd, buffer, sizeof buffer)) > 0) {
+            target->append(buffer, static_cast<std::size_t>(n));
+            read = true;
+        }
+    }
+    return read;
+}
+
+bool RunningProgram::reap() {
+    if (status_)
+        return true;
+    int raw = 0;
+    if (waitpid(pid_, &raw, WNOHANG) != pid_)
+        return false;
+    status_ =
+        WIFEXITED(raw) ? ExitStatus{true, WEXITSTATUS(raw)} : ExitStatus{false, WTERMSIG(raw)};
+    while (collectOutput(0)) {
+    }
+    return true;
+}
+
+std::optional<ExitStatus> RunningProgram::waitForExit(double seconds) {
+    const auto deadline = deadlineAfter(seconds);
+    while (!reap()) {
+        if (Clock::now() >= deadline)
+            return std::nullopt;
+        collectOutput(10);
+    }
+    return status_;
+}
+
+bool RunningProgram::waitUntilHandling(int signal, double seconds) {
+    const auto deadline = deadlineAfter(seconds);
+    while (!isHandling(pid_, signal)) {
+        if (reap() || Clock::now() >= deadline)
+            return false;
+        collectOutput(10);
+    }
+    return true;
+}
+
+ProgramResult runTarnwick(const std::vector<std::string>& arguments, double seconds,
+                          const std::vector<std::string>& removedEnvironment) {
+    RunningProgram program(tarnwickExecutable(), arguments, removedEnvironment);
+    auto status = program.waitForExit(seconds);
+    return {status, program.standardOutput(), program.standardError()};
+}
+
+}  // namespace e2e

@@ -1,0 +1,68 @@
+#pragma once
+
+#include <sys/types.h>
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace e2e {
+
+// How a process ended.
+struct ExitStatus {
+    bool exited = false;  // by exit(); otherwise by a signal
+    int code = 0;         // the exit status, or the signal's number
+    friend bool operator==(const ExitStatus&, const ExitStatus&) = default;
+};
+
+// A started program, with its standard output and error collected as it
+// runs. A program still running when this goes is killed.
+class RunningProgram {
+  public:
+    // Starts the executable with the arguments; the variables named in
+    // removedEnvironment are taken out of its environment.
+    RunningProgram(const std::string& executable, const std::vector<std::string>& arguments,
+                   const std::vector<std::string>& removedEnvironment = {});
+    ~RunningProgram();
+    RunningProgram(const RunningProgram&) = delete;
+    RunningProgram& operator=(const RunningProgram&) = delete;
+
+    pid_t pid() const { return pid_; }
+    void sendSignal(int signal) const;
+
+    // Waits for the program to end; nothing if it didn't within the time.
+    std::optional<ExitStatus> waitForExit(double seconds);
+    // Waits until the program has a handler of its own for the signal,
+    // which it installs once it is ready to be stopped by it.
+    bool waitUntilHandling(int signal, double seconds);
+
+    const std::string& standardOutput() const { return output_; }
+    const std::string& standardError() const { return error_; }
+
+  private:
+    bool collectOutput(int timeoutMs);
+    bool reap();
+
+    pid_t pid_ = -1;
+    int outputFd_ = -1;
+    int errorFd_ = -1;
+    std::string output_;
+    std::string error_;
+    std::optional<ExitStatus> status_;
+};
+
+// The tarnwick executable of this build.
+inline const char* tarnwickExecutable() {
+    return TARNWICK_EXECUTABLE;
+}
+
+// Runs tarnwick to its end (killed after the time) and reports how it ended.
+struct ProgramResult {
+    std::optional<ExitStatus> status;
+    std::string output;
+    std::string error;
+};
+ProgramResult runTarnwick(const std::vector<std::string>& arguments, double seconds = 10,
+                          const std::vector<std::string>& removedEnvironment = {});
+
+}  // namespace e2e

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <cstdlib>
 #include <functional>
 #include <memory>
@@ -28,6 +29,20 @@ class X11DesktopTest : public ::testing::Test {
             GTEST_SKIP() << "needs a display (scripts/virtual-desktop.sh)";
         ax = platform::x11::X11Accessibility::open(loop);
         ASSERT_TRUE(ax) << "cannot open the display";
+        ASSERT_TRUE(waitForManagedWindows()) << "the window manager manages no window";
+    }
+
+    // A window manager that has only just started may announce itself and
+    // still miss a window mapped in that moment, leaving it unmanaged for
+    // good. A probe window that it does manage shows it is ready.
+    bool waitForManagedWindows() {
+        for (int attempt = 0; attempt < 20; ++attempt) {
+            TestClient probe;
+            probe.create("probe", "Desktop probe");
+            if (windowTitled(probe.pid(), "Desktop probe", 1))
+                return true;
+        }
+        return false;
     }
 
     // Runs the loop until the predicate holds; false when the time ran out.

@@ -274,6 +274,9 @@ void X11WindowMirror::syncClientList(bool announce) {
     std::vector<xcb_window_t> joined;
     for (auto& fetch : fetches) {
         if (auto state = fetch.receive()) {
+            // The window manager may have named it active before listing it.
+            if (fetch.window() == active_)
+                state->activationSerial = ++lastActivation_;
             windows_.emplace(fetch.window(), std::move(*state));
             joined.push_back(fetch.window());
         }

@@ -8,6 +8,8 @@ namespace platform::x11 {
 namespace {
 // The option of copyMultipleAttributeValues that stops at the first failure.
 constexpr std::uint32_t stopOnError = 0x1;
+// How many events one turn of the main loop takes in at most.
+constexpr std::size_t maxEventsPerTurn = 256;
 }  // namespace
 
 std::unique_ptr<X11Accessibility> X11Accessibility::open(MainLoop& loop, const char* displayName) {
@@ -41,8 +43,21 @@ bool X11Accessibility::isConnected() const {
 }
 
 void X11Accessibility::processEvents() {
-    while (auto* event = xcb_poll_for_event(connection_->connection()))
+    std::size_t handled = 0;
+    while (handled < maxEventsPerTurn) {
+        auto* event = xcb_poll_for_event(connection_->connection());
+        if (!event)
+            break;
         handle(event);
+        ++handled;
+    }
+    if (handled == maxEventsPerTurn) {
+        // A flood of events takes turns with the rest of the loop's work.
+        loop_.post([alive = std::weak_ptr<bool>(alive_), this] {
+            if (alive.lock())
+                processEvents();
+        });
+    }
     if (!isConnected() && watch_) {
         // A dead connection stays readable forever; stop listening to it.
         loop_.unwatch(watch_);

@@ -80,8 +80,9 @@ class X11Accessibility final : public Accessibility {
     void runLoopAddSource(const AXObserverRef& observer) override;
     void runLoopRemoveSource(const AXObserverRef& observer) override;
 
-    // Takes in every event the server has sent. The main loop calls it when
-    // the connection has data; tests and benchmarks may call it directly.
+    // Takes in the events the server has sent, a bounded number at a time.
+    // The main loop calls it when the connection has data; tests and
+    // benchmarks may call it directly.
     void processEvents();
     // The X errors taken off the connection unread (requests about windows
     // that had gone).
@@ -105,6 +106,8 @@ class X11Accessibility final : public Accessibility {
     X11ElementCommands commands_;
     Token watch_;
     std::size_t absorbedErrors_ = 0;
+    // Lets tasks posted to the loop know whether this object still exists.
+    std::shared_ptr<bool> alive_ = std::make_shared<bool>(true);
 };
 
 }  // namespace platform::x11

@@ -95,6 +95,10 @@ class Client {
     // Answers the window manager's requests to close a window.
     void handleEvents() {
         while (auto* event = xcb_poll_for_event(connection_)) {
+            if ((event->response_type & 0x7F) == XCB_REPARENT_NOTIFY) {
+                managed_.emplace(reinterpret_cast<xcb_reparent_notify_event_t*>(event)->window,
+                                 std::chrono::steady_clock::now());
+            }
             if ((event->response_type & 0x7F) == XCB_CLIENT_MESSAGE) {
                 auto* message = reinterpret_cast<xcb_client_message_event_t*>(event);
                 if (message->type == atoms_.wmProtocols &&
@@ -167,29 +171,43 @@ class Client {
         return answer;
     }
 
-    // Keeps a handful of windows alive and replaces the oldest as fast as the
-    // server takes it, with a round trip now and then so as not to run
-    // ahead of it.
+    // Whether the window manager took the window on at least this long ago.
+    bool lived(xcb_window_t window, std::chrono::steady_clock::duration time) const {
+        auto it = managed_.find(window);
+        return it != managed_.end() && std::chrono::steady_clock::now() - it->second >= time;
+    }
+
+    // Keeps a handful of windows alive and replaces the oldest soon after
+    // the window manager has taken it on (or given up on it), so that the
+    // churn goes as fast as the window manager can follow and each window
+    // is seen managed for a moment.
     long churn(double seconds) {
-        const auto deadline =
-            std::chrono::steady_clock::now() + std::chrono::duration<double>(seconds);
-        std::deque<xcb_window_t> alive;
+        using Clock = std::chrono::steady_clock;
+        const auto deadline = Clock::now() + std::chrono::duration<double>(seconds);
+        std::deque<std::pair<xcb_window_t, Clock::time_point>> alive;
         long created = 0;
         const uint32_t pid = static_cast<uint32_t>(getpid());
-        while (std::chrono::steady_clock::now() < deadline) {
-            const xcb_window_t window = create("", "churn " + std::to_string(created));
-            if (created % 2 == 0)
-                setCardinal(window, atoms_.netWmPid, pid);
-            alive.push_back(window);
-            ++created;
-            if (alive.size() > 16) {
-                xcb_destroy_window(connection_, alive.front());
+        while (Clock::now() < deadline) {
+            if (alive.size() < 16) {
+                const xcb_window_t window = create("", "churn " + std::to_string(created));
+                if (created % 2 == 0)
+                    setCardinal(window, atoms_.netWmPid, pid);
+                alive.emplace_back(window, Clock::now());
+                ++created;
+            } else if (lived(alive.front().first, std::chrono::milliseconds(20)) ||
+                       Clock::now() - alive.front().second > std::chrono::milliseconds(500)) {
+                managed_.erase(alive.front().first);
+                xcb_destroy_window(connection_, alive.front().first);
                 alive.pop_front();
+            } else {
+                pollfd fd{xcb_get_file_descriptor(connection_), POLLIN, 0};
+                ::poll(&fd, 1, 5);
             }
             handleEvents();
         }
-        for (auto window : alive)
-            xcb_destroy_window(connection_, window);
+        for (const auto& entry : alive)
+            xcb_destroy_window(connection_, entry.first);
+        managed_.clear();
         sync();
         return created;
     }
@@ -198,6 +216,8 @@ class Client {
     xcb_screen_t* screen_;
     Atoms atoms_{};
     std::map<std::string, xcb_window_t> windows_;
+    // When each window was reparented into a frame.
+    std::map<xcb_window_t, std::chrono::steady_clock::time_point> managed_;
 };
 
 }  // namespace

@@ -42,8 +42,15 @@ class X11WindowChurnTest : public X11DesktopTest {
         EXPECT_GT(reads, 0);
         EXPECT_TRUE(ax->isConnected());
         EXPECT_TRUE(eventually([&] { return windowsOf(client.pid()).empty(); }, 10));
+#ifndef __SANITIZE_ADDRESS__
         const long growthKiB = (after - before) * (sysconf(_SC_PAGESIZE) / 1024);
+        // The address sanitizer keeps freed memory in quarantine, resident;
+        // only a plain build shows whether memory stays flat.
         EXPECT_LT(growthKiB, 2048) << "resident memory grew by " << growthKiB << " KiB";
+#else
+        (void)before;
+        (void)after;
+#endif
     }
 
     long readThroughChurn(TestClient& client, const AXObserverRef& observer, double seconds) {

@@ -8,8 +8,7 @@ std::unique_ptr<X11Connection> X11Connection::open(const char* displayName) {
     int screenNumber = 0;
     xcb_connection_t* connection = xcb_connect(displayName, &screenNumber);
     if (!connection || xcb_connection_has_error(connection)) {
-        if (connection)
-            xcb_disconnect(connection);
+        if (connection) xcb_disconnect(connection);
         return nullptr;
     }
     return std::unique_ptr<X11Connection>(new X11Connection(connection, screenNumber));
@@ -18,8 +17,7 @@ std::unique_ptr<X11Connection> X11Connection::open(const char* displayName) {
 X11Connection::X11Connection(xcb_connection_t* connection, int screenNumber)
     : connection_(connection), screenNumber_(screenNumber) {
     auto iter = xcb_setup_roots_iterator(xcb_get_setup(connection_));
-    for (int i = 0; i < screenNumber_ && iter.rem; ++i)
-        xcb_screen_next(&iter);
+    for (int i = 0; i < screenNumber_ && iter.rem; ++i) xcb_screen_next(&iter);
     screen_ = iter.data;
     xcb_intern_atom_cookie_t* cookies = xcb_ewmh_init_atoms(connection_, &ewmh_);
     xcb_ewmh_init_atoms_replies(&ewmh_, cookies, nullptr);
@@ -48,8 +46,7 @@ std::optional<std::string> X11Connection::windowManagerName() {
 xcb_atom_t X11Connection::atom(const std::string& name) {
     auto cookie = xcb_intern_atom(connection_, 0, static_cast<uint16_t>(name.size()), name.c_str());
     xcb_intern_atom_reply_t* reply = xcb_intern_atom_reply(connection_, cookie, nullptr);
-    if (!reply)
-        return XCB_ATOM_NONE;
+    if (!reply) return XCB_ATOM_NONE;
     xcb_atom_t atom = reply->atom;
     std::free(reply);
     return atom;

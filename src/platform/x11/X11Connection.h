@@ -12,7 +12,7 @@ namespace platform::x11 {
 // One connection to the X server, with the EWMH atoms ready. Everything in
 // the backend talks to the server through it.
 class X11Connection {
-  public:
+public:
     // Nothing when the display can't be opened.
     static std::unique_ptr<X11Connection> open(const char* displayName = nullptr);
     ~X11Connection();
@@ -32,7 +32,7 @@ class X11Connection {
 
     xcb_atom_t atom(const std::string& name);
 
-  private:
+private:
     X11Connection(xcb_connection_t* connection, int screenNumber);
 
     xcb_connection_t* connection_;

@@ -7,7 +7,7 @@ cd "$(dirname "$0")/.."
 scripts/setup.sh
 
 scripts/build.sh build
-scripts/virtual-desktop.sh ctest --test-dir build --output-on-failure -j"$(nproc)" --timeout 300
+scripts/virtual-desktop.sh ctest --test-dir build --output-on-failure -j"$(nproc)" --timeout 300 -LE soak
 
 if [ "${TARNWICK_SKIP_SANITIZERS:-0}" != 1 ]; then
   scripts/build.sh build-asan -DTARNWICK_SANITIZE=ON -DTARNWICK_BUILD_BENCHMARKS=OFF

@@ -1,0 +1,337 @@
+#include "platform/x11/X11Accessibility.h"
+
+#include <algorithm>
+#include <cstdlib>
+
+namespace platform::x11 {
+
+namespace {
+// The option of copyMultipleAttributeValues that stops at the first failure.
+constexpr std::uint32_t stopOnError = 0x1;
+// How many events one turn of the main loop takes in at most.
+constexpr std::size_t maxEventsPerTurn = 256;
+}  // namespace
+
+std::unique_ptr<X11Accessibility> X11Accessibility::open(MainLoop& loop, const char* displayName) {
+    auto connection = X11Connection::open(displayName);
+    if (!connection)
+        return nullptr;
+    return std::make_unique<X11Accessibility>(loop, std::move(connection));
+}
+
+X11Accessibility::X11Accessibility(MainLoop& loop, std::unique_ptr<X11Connection> connection)
+    : loop_(loop),
+      connection_(std::move(connection)),
+      attributes_(*connection_, mirror_),
+      hub_(loop, attributes_),
+      mirror_(*connection_, hub_),
+      commands_(*connection_, mirror_) {
+    mirror_.load();
+    xcb_flush(connection_->connection());
+    watch_ = loop_.watchFileDescriptor(connection_->fileDescriptor(), [this] { processEvents(); });
+    // Loading may have taken events in already; the descriptor won't tell.
+    takeQueuedEvents();
+}
+
+X11Accessibility::~X11Accessibility() {
+    if (watch_)
+        loop_.unwatch(watch_);
+}
+
+bool X11Accessibility::isConnected() const {
+    return !xcb_connection_has_error(connection_->connection());
+}
+
+void X11Accessibility::processEvents() {
+    std::size_t handled = 0;
+    while (handled < maxEventsPerTurn) {
+        auto* event = xcb_poll_for_event(connection_->connection());
+        if (!event)
+            break;
+        handle(event);
+        ++handled;
+    }
+    if (handled == maxEventsPerTurn) {
+        // A flood of events takes turns with the rest of the loop's work.
+        loop_.post([alive = std::weak_ptr<bool>(alive_), this] {
+            if (alive.lock())
+                processEvents();
+        });
+    }
+    if (!isConnected() && watch_) {
+        // A dead connection stays readable forever; stop listening to it.
+        loop_.unwatch(watch_);
+        watch_ = {};
+    }
+}
+
+void X11Accessibility::takeQueuedEvents() {
+    while (auto* event = xcb_poll_for_queued_event(connection_->connection()))
+        handle(event);
+}
+
+void X11Accessibility::handle(xcb_generic_event_t* event) {
+    if (event->response_type == 0) {
+        ++absorbedErrors_;
+    } else {
+        mirror_.handleEvent(*event);
+    }
+    std::free(event);
+}
+
+AXErrorCode X11Accessibility::liveElement(const AXUIElementRef& element,
+                                          const X11ElementKey*& key) const {
+    const auto* x11Element = X11Element::from(element);
+    if (!x11Element)
+        return axError::illegalArgument;
+    if (!isConnected())
+        return axError::cannotComplete;
+    if (!attributes_.isAlive(x11Element->key()))
+        return axError::invalidUIElement;
+    key = &x11Element->key();
+    return axError::success;
+}
+
+AXUIElementRef X11Accessibility::createApplication(pid_t pid) {
+    return attributes_.applicationElement(pid);
+}
+
+AXUIElementRef X11Accessibility::createSystemWide() {
+    return X11Element::make(X11ElementKey::forSystemWide());
+}
+
+AXErrorCode X11Accessibility::copyAttributeNames(const AXUIElementRef& element,
+                                                 std::optional<CFValue>& names) {
+    const X11ElementKey* key = nullptr;
+    if (auto code = liveElement(element, key))
+        return code;
+    CFValue::Array list;
+    for (auto& name : attributes_.names(key->kind))
+        list.emplace_back(std::move(name));
+    names = CFValue(std::move(list));
+    return axError::success;
+}
+
+AXErrorCode X11Accessibility::copyAttributeValue(const AXUIElementRef& element,
+                                                 const std::string& attribute,
+                                                 std::optional<CFValue>& value) {
+    const X11ElementKey* key = nullptr;
+    if (auto code = liveElement(element, key))
+        return code;
+    return attributes_.read(*key, attribute, value);
+}
+
+AXErrorCode X11Accessibility::readArray(const AXUIElementRef& element, const std::string& attribute,
+                                        const CFValue::Array*& array,
+                                        std::optional<CFValue>& holder) {
+    if (auto code = copyAttributeValue(element, attribute, holder))
+        return code;
+    array = holder->get<CFValue::Array>();
+    return array ? axError::success : axError::illegalArgument;
+}
+
+AXErrorCode X11Accessibility::copyAttributeValues(const AXUIElementRef& element,
+                                                  const std::string& attribute, std::int64_t index,
+                                                  std::int64_t maxValues,
+                                                  std::optional<CFValue>& values) {
+    if (index < 0 || maxValues < 0)
+        return axError::illegalArgument;
+    const CFValue::Array* array = nullptr;
+    std::optional<CFValue> holder;
+    if (auto code = readArray(element, attribute, array, holder))
+        return code;
+    const auto size = static_cast<std::int64_t>(array->size());
+    const auto first = std::min(index, size);
+    const auto last = std::min(size, first + maxValues);
+    values = CFValue(CFValue::Array(array->begin() + first, array->begin() + last));
+    return axError::success;
+}
+
+AXErrorCode X11Accessibility::getAttributeValueCount(const AXUIElementRef& element,
+                                                     const std::string& attribute,
+                                                     std::int64_t& count) {
+    const CFValue::Array* array = nullptr;
+    std::optional<CFValue> holder;
+    if (auto code = readArray(element, attribute, array, holder))
+        return code;
+    count = static_cast<std::int64_t>(array->size());
+    return axError::success;
+}
+
+AXErrorCode X11Accessibility::isAttributeSettable(const AXUIElementRef& element,
+                                                  const std::string& attribute, bool& settable) {
+    const X11ElementKey* key = nullptr;
+    if (auto code = liveElement(element, key))
+        return code;
+    const auto names = attributes_.names(key->kind);
+    if (std::find(names.begin(), names.end(), attribute) == names.end()) {
+        return axError::attributeUnsupported;
+    }
+    settable = attributes_.isSettable(key->kind, attribute);
+    return axError::success;
+}
+
+AXErrorCode X11Accessibility::setAttributeValue(const AXUIElementRef& element,
+                                                const std::string& attribute,
+                                                const CFValue& value) {
+    const X11ElementKey* key = nullptr;
+    if (auto code = liveElement(element, key))
+        return code;
+    if (!attributes_.isSettable(key->kind, attribute))
+        return axError::attributeUnsupported;
+    const auto code = commands_.set(*key, attribute, value);
+    takeQueuedEvents();
+    return code;
+}
+
+AXErrorCode X11Accessibility::copyMultipleAttributeValues(
+    const AXUIElementRef& element, const std::vector<std::string>& attributes,
+    std::uint32_t options, std::optional<CFValue>& values) {
+    const X11ElementKey* key = nullptr;
+    if (auto code = liveElement(element, key))
+        return code;
+    CFValue::Array list;
+    for (const auto& attribute : attributes) {
+        std::optional<CFValue> value;
+        const auto code = attributes_.read(*key, attribute, value);
+        if (code && (options & stopOnError))
+            return code;
+        list.push_back(code ? CFValue(AXValue::error(code)) : std::move(*value));
+    }
+    values = CFValue(std::move(list));
+    return axError::success;
+}
+
+AXErrorCode X11Accessibility::copyParameterizedAttributeNames(const AXUIElementRef& element,
+                                                              std::optional<CFValue>& names) {
+    const X11ElementKey* key = nullptr;
+    if (auto code = liveElement(element, key))
+        return code;
+    names = CFValue(CFValue::Array{});
+    return axError::success;
+}
+
+AXErrorCode X11Accessibility::copyParameterizedAttributeValue(const AXUIElementRef& element,
+                                                              const std::string&, const CFValue&,
+                                                              std::optional<CFValue>&) {
+    const X11ElementKey* key = nullptr;
+    if (auto code = liveElement(element, key))
+        return code;
+    return axError::parameterizedAttributeUnsupported;
+}
+
+AXErrorCode X11Accessibility::copyActionNames(const AXUIElementRef& element,
+                                              std::optional<CFValue>& names) {
+    const X11ElementKey* key = nullptr;
+    if (auto code = liveElement(element, key))
+        return code;
+    CFValue::Array list;
+    for (auto& name : commands_.actionNames(key->kind))
+        list.emplace_back(std::move(name));
+    names = CFValue(std::move(list));
+    return axError::success;
+}
+
+AXErrorCode X11Accessibility::copyActionDescription(const AXUIElementRef& element,
+                                                    const std::string& action,
+                                                    std::optional<CFValue>& description) {
+    const X11ElementKey* key = nullptr;
+    if (auto code = liveElement(element, key))
+        return code;
+    return commands_.describe(key->kind, action, description);
+}
+
+AXErrorCode X11Accessibility::performAction(const AXUIElementRef& element,
+                                            const std::string& action) {
+    const X11ElementKey* key = nullptr;
+    if (auto code = liveElement(element, key))
+        return code;
+    const auto code = commands_.perform(*key, action);
+    takeQueuedEvents();
+    return code;
+}
+
+AXErrorCode X11Accessibility::getPid(const AXUIElementRef& element, pid_t& pid) {
+    const auto* x11Element = X11Element::from(element);
+    if (!x11Element || x11Element->key().kind == X11ElementKind::systemWide) {
+        return axError::illegalArgument;
+    }
+    if (x11Element->key().kind == X11ElementKind::application) {
+        pid = x11Element->key().pid;
+        return axError::success;
+    }
+    const X11ElementKey* key = nullptr;
+    if (auto code = liveElement(element, key))
+        return code;
+    pid = attributes_.pidOf(*key);
+    return axError::success;
+}
+
+AXErrorCode X11Accessibility::setMessagingTimeout(const AXUIElementRef& element, float seconds) {
+    // Reads never wait on another process here, so there is nothing to time out.
+    if (!X11Element::from(element) || seconds < 0)
+        return axError::illegalArgument;
+    return axError::success;
+}
+
+AXErrorCode X11Accessibility::copyElementAtPosition(const AXUIElementRef& application, float x,
+                                                    float y, AXUIElementRef& element) {
+    const X11ElementKey* key = nullptr;
+    if (auto code = liveElement(application, key))
+        return code;
+    if (key->kind != X11ElementKind::application && key->kind != X11ElementKind::systemWide) {
+        return axError::illegalArgument;
+    }
+    const auto window = mirror_.windowAt(x, mirror_.screenHeight() - y);
+    if (!window)
+        return axError::noValue;
+    if (key->kind == X11ElementKind::application && mirror_.window(*window)->pid != key->pid) {
+        return axError::noValue;
+    }
+    element = attributes_.windowElement(*window);
+    return axError::success;
+}
+
+bool X11Accessibility::isProcessTrustedWithOptions(const CFValue::Dictionary&) {
+    // Nothing to grant on X11: what matters is a window manager that
+    // publishes the state we read and honours the requests we send.
+    return isConnected() && mirror_.windowManagerPresent();
+}
+
+AXErrorCode X11Accessibility::observerCreate(pid_t pid, AXObserverCallback callback,
+                                             AXObserverRef& observer) {
+    if (!callback)
+        return axError::illegalArgument;
+    return hub_.create(pid, callback, nullptr, observer);
+}
+
+AXErrorCode X11Accessibility::observerCreateWithInfoCallback(pid_t pid,
+                                                             AXObserverCallbackWithInfo callback,
+                                                             AXObserverRef& observer) {
+    if (!callback)
+        return axError::illegalArgument;
+    return hub_.create(pid, nullptr, callback, observer);
+}
+
+AXErrorCode X11Accessibility::observerAddNotification(const AXObserverRef& observer,
+                                                      const AXUIElementRef& element,
+                                                      const std::string& notification,
+                                                      void* refcon) {
+    return hub_.add(observer, element, notification, refcon);
+}
+
+AXErrorCode X11Accessibility::observerRemoveNotification(const AXObserverRef& observer,
+                                                         const AXUIElementRef& element,
+                                                         const std::string& notification) {
+    return hub_.remove(observer, element, notification);
+}
+
+void X11Accessibility::runLoopAddSource(const AXObserverRef& observer) {
+    hub_.setOnMainLoop(observer, true);
+}
+
+void X11Accessibility::runLoopRemoveSource(const AXObserverRef& observer) {
+    hub_.setOnMainLoop(observer, false);
+}
+
+}  // namespace platform::x11

@@ -1,0 +1,113 @@
+#pragma once
+
+#include <memory>
+
+#include "platform/Accessibility.h"
+#include "platform/MainLoop.h"
+#include "platform/x11/X11Connection.h"
+#include "platform/x11/X11ElementAttributes.h"
+#include "platform/x11/X11ElementCommands.h"
+#include "platform/x11/X11ObserverHub.h"
+#include "platform/x11/X11WindowMirror.h"
+
+namespace platform::x11 {
+
+// The accessibility interface over an EWMH window manager. Applications are
+// local processes owning managed windows; windows are the managed clients.
+// Reads answer from a mirror of the window manager's state that X events
+// keep current on the main loop; writes and actions become requests to the
+// window manager. A vanished window answers invalidUIElement and X errors
+// about it are taken off the connection quietly.
+class X11Accessibility final : public Accessibility {
+  public:
+    // Nothing when the display can't be opened.
+    static std::unique_ptr<X11Accessibility> open(MainLoop& loop,
+                                                  const char* displayName = nullptr);
+    // Takes a connection of its own: its events are for this object alone.
+    X11Accessibility(MainLoop& loop, std::unique_ptr<X11Connection> connection);
+    ~X11Accessibility() override;
+    X11Accessibility(const X11Accessibility&) = delete;
+    X11Accessibility& operator=(const X11Accessibility&) = delete;
+
+    AXUIElementRef createApplication(pid_t pid) override;
+    AXUIElementRef createSystemWide() override;
+
+    AXErrorCode copyAttributeNames(const AXUIElementRef& element,
+                                   std::optional<CFValue>& names) override;
+    AXErrorCode copyAttributeValue(const AXUIElementRef& element, const std::string& attribute,
+                                   std::optional<CFValue>& value) override;
+    AXErrorCode copyAttributeValues(const AXUIElementRef& element, const std::string& attribute,
+                                    std::int64_t index, std::int64_t maxValues,
+                                    std::optional<CFValue>& values) override;
+    AXErrorCode getAttributeValueCount(const AXUIElementRef& element, const std::string& attribute,
+                                       std::int64_t& count) override;
+    AXErrorCode isAttributeSettable(const AXUIElementRef& element, const std::string& attribute,
+                                    bool& settable) override;
+    AXErrorCode setAttributeValue(const AXUIElementRef& element, const std::string& attribute,
+                                  const CFValue& value) override;
+    AXErrorCode copyMultipleAttributeValues(const AXUIElementRef& element,
+                                            const std::vector<std::string>& attributes,
+                                            std::uint32_t options,
+                                            std::optional<CFValue>& values) override;
+    AXErrorCode copyParameterizedAttributeNames(const AXUIElementRef& element,
+                                                std::optional<CFValue>& names) override;
+    AXErrorCode copyParameterizedAttributeValue(const AXUIElementRef& element,
+                                                const std::string& attribute,
+                                                const CFValue& parameter,
+                                                std::optional<CFValue>& value) override;
+    AXErrorCode copyActionNames(const AXUIElementRef& element,
+                                std::optional<CFValue>& names) override;
+    AXErrorCode copyActionDescription(const AXUIElementRef& element, const std::string& action,
+                                      std::optional<CFValue>& description) override;
+    AXErrorCode performAction(const AXUIElementRef& element, const std::string& action) override;
+    AXErrorCode getPid(const AXUIElementRef& element, pid_t& pid) override;
+    AXErrorCode setMessagingTimeout(const AXUIElementRef& element, float seconds) override;
+    AXErrorCode copyElementAtPosition(const AXUIElementRef& application, float x, float y,
+                                      AXUIElementRef& element) override;
+
+    bool isProcessTrustedWithOptions(const CFValue::Dictionary& options) override;
+
+    AXErrorCode observerCreate(pid_t pid, AXObserverCallback callback,
+                               AXObserverRef& observer) override;
+    AXErrorCode observerCreateWithInfoCallback(pid_t pid, AXObserverCallbackWithInfo callback,
+                                               AXObserverRef& observer) override;
+    AXErrorCode observerAddNotification(const AXObserverRef& observer,
+                                        const AXUIElementRef& element,
+                                        const std::string& notification, void* refcon) override;
+    AXErrorCode observerRemoveNotification(const AXObserverRef& observer,
+                                           const AXUIElementRef& element,
+                                           const std::string& notification) override;
+    void runLoopAddSource(const AXObserverRef& observer) override;
+    void runLoopRemoveSource(const AXObserverRef& observer) override;
+
+    // Takes in the events the server has sent, a bounded number at a time.
+    // The main loop calls it when the connection has data; tests and
+    // benchmarks may call it directly.
+    void processEvents();
+    // The X errors taken off the connection unread (requests about windows
+    // that had gone).
+    std::size_t absorbedErrorCount() const { return absorbedErrors_; }
+    bool isConnected() const;
+
+  private:
+    // The element behind the handle, when it is ours and still stands for
+    // something; otherwise the code to answer with.
+    AXErrorCode liveElement(const AXUIElementRef& element, const X11ElementKey*& key) const;
+    AXErrorCode readArray(const AXUIElementRef& element, const std::string& attribute,
+                          const CFValue::Array*& array, std::optional<CFValue>& holder);
+    void takeQueuedEvents();
+    void handle(xcb_generic_event_t* event);
+
+    MainLoop& loop_;
+    std::unique_ptr<X11Connection> connection_;
+    X11ElementAttributes attributes_;
+    X11ObserverHub hub_;
+    X11WindowMirror mirror_;
+    X11ElementCommands commands_;
+    Token watch_;
+    std::size_t absorbedErrors_ = 0;
+    // Lets tasks posted to the loop know whether this object still exists.
+    std::shared_ptr<bool> alive_ = std::make_shared<bool>(true);
+};
+
+}  // namespace platform::x11

@@ -1,0 +1,285 @@
+#include "platform/x11/X11WindowFetch.h"
+
+#include <cstdlib>
+#include <cstring>
+#include <memory>
+#include <utility>
+
+namespace platform::x11 {
+
+namespace {
+
+// Titles longer than this many 32-bit units are cut; nobody reads them whole.
+constexpr std::uint32_t maxPropertyLength = 4096;
+
+struct FreeDeleter {
+    void operator()(void* pointer) const { std::free(pointer); }
+};
+template <typename T>
+using Reply = std::unique_ptr<T, FreeDeleter>;
+
+xcb_atom_t atomOf(X11Connection& connection, X11WindowProperty property) {
+    auto& ewmh = connection.ewmh();
+    switch (property) {
+        case X11WindowProperty::claimedPid:
+            return ewmh._NET_WM_PID;
+        case X11WindowProperty::netName:
+            return ewmh._NET_WM_NAME;
+        case X11WindowProperty::wmName:
+            return XCB_ATOM_WM_NAME;
+        case X11WindowProperty::types:
+            return ewmh._NET_WM_WINDOW_TYPE;
+        case X11WindowProperty::state:
+            return ewmh._NET_WM_STATE;
+        case X11WindowProperty::allowedActions:
+            return ewmh._NET_WM_ALLOWED_ACTIONS;
+        case X11WindowProperty::frameExtents:
+            return ewmh._NET_FRAME_EXTENTS;
+    }
+    return XCB_ATOM_NONE;
+}
+
+xcb_get_property_cookie_t requestProperty(X11Connection& connection, xcb_window_t window,
+                                          X11WindowProperty property) {
+    return xcb_get_property(connection.connection(), 0, window, atomOf(connection, property),
+                            XCB_GET_PROPERTY_TYPE_ANY, 0, maxPropertyLength);
+}
+
+bool isSet(const xcb_get_property_reply_t* reply) {
+    return reply->type != XCB_ATOM_NONE;
+}
+
+std::vector<std::uint32_t> values32(const xcb_get_property_reply_t* reply) {
+    if (reply->format != 32)
+        return {};
+    const auto* data = static_cast<const std::uint32_t*>(
+        xcb_get_property_value(const_cast<xcb_get_property_reply_t*>(reply)));
+    const int count = xcb_get_property_value_length(reply) / 4;
+    return std::vector<std::uint32_t>(data, data + count);
+}
+
+std::string bytes(const xcb_get_property_reply_t* reply) {
+    const auto* data = static_cast<const char*>(
+        xcb_get_property_value(const_cast<xcb_get_property_reply_t*>(reply)));
+    std::string text(data, static_cast<std::size_t>(xcb_get_property_value_length(reply)));
+    // Some clients count the terminating zero in the length.
+    while (!text.empty() && text.back() == '\0')
+        text.pop_back();
+    return text;
+}
+
+std::string latin1ToUtf8(const std::string& latin1) {
+    std::string utf8;
+    utf8.reserve(latin1.size());
+    for (unsigned char c : latin1) {
+        if (c < 0x80) {
+            utf8.push_back(static_cast<char>(c));
+        } else {
+            utf8.push_back(static_cast<char>(0xC0 | (c >> 6)));
+            utf8.push_back(static_cast<char>(0x80 | (c & 0x3F)));
+        }
+    }
+    return utf8;
+}
+
+std::optional<std::string> decodeName(const xcb_get_property_reply_t* reply) {
+    if (!isSet(reply) || reply->format != 8)
+        return std::nullopt;
+    // STRING is Latin-1; UTF8_STRING and the rest are taken as they come.
+    return reply->type == XCB_ATOM_STRING ? latin1ToUtf8(bytes(reply)) : bytes(reply);
+}
+
+void applyState(X11Connection& connection, const std::vector<std::uint32_t>& atoms,
+                X11WindowState& state) {
+    auto& ewmh = connection.ewmh();
+    state.hidden = false;
+    state.fullScreen = false;
+    for (auto atom : atoms) {
+        if (atom == ewmh._NET_WM_STATE_HIDDEN)
+            state.hidden = true;
+        if (atom == ewmh._NET_WM_STATE_FULLSCREEN)
+            state.fullScreen = true;
+    }
+}
+
+void applyProperty(X11Connection& connection, X11WindowProperty property,
+                   const xcb_get_property_reply_t* reply, X11WindowState& state) {
+    switch (property) {
+        case X11WindowProperty::claimedPid: {
+            const auto values = values32(reply);
+            state.claimedPid = values.empty() ? 0 : static_cast<pid_t>(values.front());
+            state.settlePid();
+            break;
+        }
+        case X11WindowProperty::netName:
+            state.netName = decodeName(reply);
+            break;
+        case X11WindowProperty::wmName:
+            state.wmName = decodeName(reply);
+            break;
+        case X11WindowProperty::types: {
+            const auto values = values32(reply);
+            state.types.assign(values.begin(), values.end());
+            break;
+        }
+        case X11WindowProperty::state:
+            applyState(connection, values32(reply), state);
+            break;
+        case X11WindowProperty::allowedActions:
+            if (isSet(reply)) {
+                const auto values = values32(reply);
+                state.allowedActions.emplace(values.begin(), values.end());
+            } else {
+                state.allowedActions.reset();
+            }
+            break;
+        case X11WindowProperty::frameExtents: {
+            const auto values = values32(reply);
+            state.extents = values.size() >= 4
+                                ? X11FrameExtents{values[0], values[1], values[2], values[3]}
+                                : X11FrameExtents{};
+            break;
+        }
+    }
+}
+
+template <typename ReplyType, typename Cookie, typename Receive>
+Reply<ReplyType> take(xcb_connection_t* connection, Cookie cookie, Receive receive) {
+    xcb_generic_error_t* error = nullptr;
+    Reply<ReplyType> reply(receive(connection, cookie, &error));
+    std::free(error);
+    return reply;
+}
+
+Reply<xcb_get_property_reply_t> takeProperty(xcb_connection_t* connection,
+                                             xcb_get_property_cookie_t cookie) {
+    return take<xcb_get_property_reply_t>(connection, cookie, xcb_get_property_reply);
+}
+
+bool applyOrigin(const xcb_translate_coordinates_reply_t* reply, X11WindowState& state) {
+    if (!reply)
+        return false;
+    state.x = reply->dst_x;
+    state.y = reply->dst_y;
+    return true;
+}
+
+pid_t connectionPidOf(const xcb_res_query_client_ids_reply_t* reply) {
+    if (!reply)
+        return 0;
+    auto ids = xcb_res_query_client_ids_ids_iterator(reply);
+    for (; ids.rem; xcb_res_client_id_value_next(&ids)) {
+        if (!(ids.data->spec.mask & XCB_RES_CLIENT_ID_MASK_LOCAL_CLIENT_PID))
+            continue;
+        if (xcb_res_client_id_value_value_length(ids.data) < 1)
+            continue;
+        return static_cast<pid_t>(*xcb_res_client_id_value_value(ids.data));
+    }
+    return 0;
+}
+
+}  // namespace
+
+std::optional<X11WindowProperty> x11WindowPropertyNamed(X11Connection& connection,
+                                                        xcb_atom_t atom) {
+    for (std::size_t i = 0; i < x11WindowPropertyCount; ++i) {
+        const auto property = static_cast<X11WindowProperty>(i);
+        if (atomOf(connection, property) == atom)
+            return property;
+    }
+    return std::nullopt;
+}
+
+bool readX11WindowProperty(X11Connection& connection, xcb_window_t window,
+                           X11WindowProperty property, X11WindowState& state) {
+    auto reply =
+        takeProperty(connection.connection(), requestProperty(connection, window, property));
+    if (!reply)
+        return false;
+    applyProperty(connection, property, reply.get(), state);
+    return true;
+}
+
+bool readX11WindowOrigin(X11Connection& connection, xcb_window_t window, X11WindowState& state) {
+    auto* c = connection.connection();
+    auto reply = take<xcb_translate_coordinates_reply_t>(
+        c, xcb_translate_coordinates(c, window, connection.root(), 0, 0),
+        xcb_translate_coordinates_reply);
+    return applyOrigin(reply.get(), state);
+}
+
+X11WindowFetch::X11WindowFetch(X11Connection& connection, xcb_window_t window, bool askOwner)
+    : connection_(&connection), window_(window), askOwner_(askOwner) {
+    auto* c = connection.connection();
+    for (std::size_t i = 0; i < x11WindowPropertyCount; ++i) {
+        properties_[i] = requestProperty(connection, window, static_cast<X11WindowProperty>(i));
+    }
+    geometry_ = xcb_get_geometry(c, window);
+    origin_ = xcb_translate_coordinates(c, window, connection.root(), 0, 0);
+    if (askOwner_) {
+        xcb_res_client_id_spec_t spec{window, XCB_RES_CLIENT_ID_MASK_LOCAL_CLIENT_PID};
+        owner_ = xcb_res_query_client_ids(c, 1, &spec);
+    }
+}
+
+X11WindowFetch::X11WindowFetch(X11WindowFetch&& other) noexcept
+    : connection_(other.connection_),
+      window_(other.window_),
+      pending_(std::exchange(other.pending_, false)),
+      askOwner_(other.askOwner_),
+      properties_(other.properties_),
+      geometry_(other.geometry_),
+      origin_(other.origin_),
+      owner_(other.owner_) {}
+
+X11WindowFetch::~X11WindowFetch() {
+    discard();
+}
+
+void X11WindowFetch::discard() {
+    if (!pending_)
+        return;
+    pending_ = false;
+    auto* c = connection_->connection();
+    for (auto cookie : properties_)
+        xcb_discard_reply(c, cookie.sequence);
+    xcb_discard_reply(c, geometry_.sequence);
+    xcb_discard_reply(c, origin_.sequence);
+    if (askOwner_)
+        xcb_discard_reply(c, owner_.sequence);
+}
+
+std::optional<X11WindowState> X11WindowFetch::receive() {
+    if (!pending_)
+        return std::nullopt;
+    pending_ = false;
+    auto* c = connection_->connection();
+    // Every reply is collected, even after the first failure, so that none
+    // stays behind in the connection.
+    bool vanished = false;
+    X11WindowState state;
+    for (std::size_t i = 0; i < x11WindowPropertyCount; ++i) {
+        auto reply = takeProperty(c, properties_[i]);
+        if (!reply) {
+            vanished = true;
+            continue;
+        }
+        applyProperty(*connection_, static_cast<X11WindowProperty>(i), reply.get(), state);
+    }
+    auto geometry = take<xcb_get_geometry_reply_t>(c, geometry_, xcb_get_geometry_reply);
+    auto origin =
+        take<xcb_translate_coordinates_reply_t>(c, origin_, xcb_translate_coordinates_reply);
+    Reply<xcb_res_query_client_ids_reply_t> owner;
+    if (askOwner_) {
+        owner = take<xcb_res_query_client_ids_reply_t>(c, owner_, xcb_res_query_client_ids_reply);
+    }
+    if (vanished || !geometry || !applyOrigin(origin.get(), state))
+        return std::nullopt;
+    state.width = geometry->width;
+    state.height = geometry->height;
+    state.connectionPid = connectionPidOf(owner.get());
+    state.settlePid();
+    return state;
+}
+
+}  // namespace platform::x11

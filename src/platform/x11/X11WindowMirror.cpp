@@ -1,0 +1,386 @@
+#include "platform/x11/X11WindowMirror.h"
+
+#include <xcb/res.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <memory>
+#include <unordered_set>
+
+#include "platform/x11/X11WindowFetch.h"
+
+namespace platform::x11 {
+
+namespace {
+
+constexpr std::uint32_t clientEvents =
+    XCB_EVENT_MASK_PROPERTY_CHANGE | XCB_EVENT_MASK_STRUCTURE_NOTIFY;
+constexpr std::uint32_t maxListLength = 1 << 16;
+
+bool sameFramePlace(const X11WindowState& a, const X11WindowState& b) {
+    return a.frameLeft() == b.frameLeft() && a.frameTop() == b.frameTop();
+}
+
+// Whether a candidate for a process's main window beats the current one:
+// activated more recently, or, with the same activation, higher up.
+bool moreRecent(const X11WindowState& candidate, const X11WindowState& current) {
+    if (candidate.activationSerial != current.activationSerial) {
+        return candidate.activationSerial > current.activationSerial;
+    }
+    return candidate.stackingIndex > current.stackingIndex;
+}
+
+bool resourceExtensionAnswersPids(xcb_connection_t* connection) {
+    const auto* extension = xcb_get_extension_data(connection, &xcb_res_id);
+    if (!extension || !extension->present)
+        return false;
+    xcb_generic_error_t* error = nullptr;
+    auto* version =
+        xcb_res_query_version_reply(connection, xcb_res_query_version(connection, 1, 2), &error);
+    std::free(error);
+    if (!version)
+        return false;
+    const bool answers =
+        version->server_major > 1 || (version->server_major == 1 && version->server_minor >= 2);
+    std::free(version);
+    return answers;
+}
+
+}  // namespace
+
+X11WindowMirror::X11WindowMirror(X11Connection& connection, X11WindowMirrorListener& listener)
+    : connection_(connection), listener_(listener) {}
+
+void X11WindowMirror::load() {
+    auto* c = connection_.connection();
+    askOwners_ = resourceExtensionAnswersPids(c);
+    screenHeight_ = connection_.screen()->height_in_pixels;
+    const std::uint32_t rootEvents = clientEvents;
+    xcb_change_window_attributes(c, connection_.root(), XCB_CW_EVENT_MASK, &rootEvents);
+
+    syncWindowManagerCheck();
+    syncClientList(false);
+    syncStacking();
+    // Nothing tells which windows were active before we looked; the
+    // stacking order is the best guess of that history.
+    std::vector<xcb_window_t> byStacking = clientList_;
+    std::sort(byStacking.begin(), byStacking.end(), [this](xcb_window_t a, xcb_window_t b) {
+        return windows_.at(a).stackingIndex < windows_.at(b).stackingIndex;
+    });
+    for (auto window : byStacking)
+        windows_.at(window).activationSerial = ++lastActivation_;
+    syncActiveWindow();
+    updateMainWindows(false);
+}
+
+void X11WindowMirror::handleEvent(const xcb_generic_event_t& event) {
+    const bool synthetic = event.response_type & 0x80;
+    switch (event.response_type & 0x7F) {
+        case XCB_PROPERTY_NOTIFY:
+            handlePropertyChange(reinterpret_cast<const xcb_property_notify_event_t&>(event));
+            break;
+        case XCB_CONFIGURE_NOTIFY:
+            // Real notifications give the place inside the frame; only the
+            // window manager's own, sent ones are in root coordinates.
+            handleConfigure(reinterpret_cast<const xcb_configure_notify_event_t&>(event),
+                            synthetic);
+            break;
+        case XCB_DESTROY_NOTIFY:
+            handleDestroy(reinterpret_cast<const xcb_destroy_notify_event_t&>(event).window);
+            break;
+        default:
+            break;
+    }
+}
+
+const X11WindowState* X11WindowMirror::window(xcb_window_t window) const {
+    auto it = windows_.find(window);
+    return it == windows_.end() ? nullptr : &it->second;
+}
+
+std::vector<xcb_window_t> X11WindowMirror::windowsOf(pid_t pid) const {
+    std::vector<xcb_window_t> windows;
+    for (auto window : clientList_) {
+        if (windows_.at(window).pid == pid)
+            windows.push_back(window);
+    }
+    return windows;
+}
+
+bool X11WindowMirror::hasWindowsOf(pid_t pid) const {
+    return std::any_of(clientList_.begin(), clientList_.end(),
+                       [&](xcb_window_t window) { return windows_.at(window).pid == pid; });
+}
+
+std::optional<xcb_window_t> X11WindowMirror::mainWindowOf(pid_t pid) const {
+    auto it = mainWindows_.find(pid);
+    if (it == mainWindows_.end())
+        return std::nullopt;
+    return it->second;
+}
+
+std::optional<xcb_window_t> X11WindowMirror::windowAt(double x, double y) const {
+    const X11WindowState* top = nullptr;
+    std::optional<xcb_window_t> found;
+    for (auto window : clientList_) {
+        const auto& state = windows_.at(window);
+        if (state.hidden || !state.frameHolds(x, y))
+            continue;
+        if (!top || state.stackingIndex > top->stackingIndex) {
+            top = &state;
+            found = window;
+        }
+    }
+    return found;
+}
+
+void X11WindowMirror::handlePropertyChange(const xcb_property_notify_event_t& event) {
+    if (event.window == connection_.root()) {
+        handleRootProperty(event.atom);
+        return;
+    }
+    auto it = windows_.find(event.window);
+    if (it == windows_.end())
+        return;
+    const auto property = x11WindowPropertyNamed(connection_, event.atom);
+    if (!property)
+        return;
+
+    X11WindowState& state = it->second;
+    const X11WindowState before = state;
+    if (!readX11WindowProperty(connection_, event.window, *property, state)) {
+        forget(event.window, true);
+        updateMainWindows(true);
+        return;
+    }
+    switch (*property) {
+        case X11WindowProperty::claimedPid:
+            if (state.pid != before.pid) {
+                listener_.windowLeft(event.window, before.pid);
+                listener_.windowJoined(event.window, state.pid);
+                updateMainWindows(true);
+            }
+            break;
+        case X11WindowProperty::netName:
+        case X11WindowProperty::wmName:
+            if (state.title() != before.title())
+                listener_.windowRetitled(event.window, state.pid);
+            break;
+        case X11WindowProperty::state:
+            if (state.hidden && !before.hidden) {
+                listener_.windowMiniaturized(event.window, state.pid);
+            }
+            if (state.hidden != before.hidden)
+                updateMainWindows(true);
+            break;
+        case X11WindowProperty::frameExtents:
+            if (!sameFramePlace(state, before)) {
+                listener_.windowMoved(event.window, state.pid);
+            }
+            break;
+        case X11WindowProperty::types:
+        case X11WindowProperty::allowedActions:
+            break;
+    }
+}
+
+void X11WindowMirror::handleRootProperty(xcb_atom_t atom) {
+    auto& ewmh = connection_.ewmh();
+    if (atom == ewmh._NET_CLIENT_LIST) {
+        syncClientList(true);
+    } else if (atom == ewmh._NET_CLIENT_LIST_STACKING) {
+        syncStacking();
+    } else if (atom == ewmh._NET_ACTIVE_WINDOW) {
+        syncActiveWindow();
+    } else if (atom == ewmh._NET_SUPPORTING_WM_CHECK) {
+        syncWindowManagerCheck();
+        return;
+    } else {
+        return;
+    }
+    updateMainWindows(true);
+}
+
+void X11WindowMirror::handleConfigure(const xcb_configure_notify_event_t& event,
+                                      bool inRootCoordinates) {
+    if (event.window == connection_.root()) {
+        screenHeight_ = event.height;
+        return;
+    }
+    auto it = windows_.find(event.window);
+    if (it == windows_.end())
+        return;
+    X11WindowState& state = it->second;
+    const X11WindowState before = state;
+    state.width = event.width;
+    state.height = event.height;
+    if (inRootCoordinates) {
+        state.x = event.x + event.border_width;
+        state.y = event.y + event.border_width;
+    } else if (!readX11WindowOrigin(connection_, event.window, state)) {
+        forget(event.window, true);
+        updateMainWindows(true);
+        return;
+    }
+    if (!sameFramePlace(state, before))
+        listener_.windowMoved(event.window, state.pid);
+}
+
+void X11WindowMirror::handleDestroy(xcb_window_t window) {
+    if (window == windowManagerCheck_) {
+        windowManagerCheck_ = XCB_NONE;
+        return;
+    }
+    if (!windows_.count(window))
+        return;
+    forget(window, true);
+    updateMainWindows(true);
+}
+
+std::optional<std::vector<xcb_window_t>> X11WindowMirror::readRootWindows(xcb_atom_t atom) {
+    auto* c = connection_.connection();
+    xcb_generic_error_t* error = nullptr;
+    std::unique_ptr<xcb_get_property_reply_t, decltype(&std::free)> reply(
+        xcb_get_property_reply(
+            c, xcb_get_property(c, 0, connection_.root(), atom, XCB_ATOM_WINDOW, 0, maxListLength),
+            &error),
+        &std::free);
+    std::free(error);
+    if (!reply || reply->type != XCB_ATOM_WINDOW || reply->format != 32)
+        return std::nullopt;
+    const auto* data = static_cast<const xcb_window_t*>(xcb_get_property_value(reply.get()));
+    return std::vector<xcb_window_t>(data, data + xcb_get_property_value_length(reply.get()) / 4);
+}
+
+void X11WindowMirror::syncClientList(bool announce) {
+    const auto listed =
+        readRootWindows(connection_.ewmh()._NET_CLIENT_LIST).value_or(std::vector<xcb_window_t>{});
+    const std::unordered_set<xcb_window_t> listedSet(listed.begin(), listed.end());
+    for (auto window : std::vector<xcb_window_t>(clientList_)) {
+        if (!listedSet.count(window))
+            forget(window, announce);
+    }
+
+    auto* c = connection_.connection();
+    std::vector<X11WindowFetch> fetches;
+    std::unordered_set<xcb_window_t> requested;
+    for (auto window : listed) {
+        if (windows_.count(window) || !requested.insert(window).second)
+            continue;
+        // Asking for its events first means no change after the read is missed.
+        xcb_change_window_attributes(c, window, XCB_CW_EVENT_MASK, &clientEvents);
+        fetches.emplace_back(connection_, window, askOwners_);
+    }
+    std::vector<xcb_window_t> joined;
+    for (auto& fetch : fetches) {
+        if (auto state = fetch.receive()) {
+            // The window manager may have named it active before listing it.
+            if (fetch.window() == active_)
+                state->activationSerial = ++lastActivation_;
+            windows_.emplace(fetch.window(), std::move(*state));
+            joined.push_back(fetch.window());
+        }
+    }
+
+    clientList_.clear();
+    for (auto window : listed) {
+        if (windows_.count(window) &&
+            std::find(clientList_.begin(), clientList_.end(), window) == clientList_.end()) {
+            clientList_.push_back(window);
+        }
+    }
+    if (!announce)
+        return;
+    for (auto window : joined)
+        listener_.windowJoined(window, windows_.at(window).pid);
+}
+
+void X11WindowMirror::syncStacking() {
+    const auto stacking = readRootWindows(connection_.ewmh()._NET_CLIENT_LIST_STACKING);
+    if (!stacking)
+        return;
+    std::uint32_t index = 0;
+    for (auto window : *stacking) {
+        ++index;
+        auto it = windows_.find(window);
+        if (it != windows_.end())
+            it->second.stackingIndex = index;
+    }
+}
+
+void X11WindowMirror::syncActiveWindow() {
+    const auto active = readRootWindows(connection_.ewmh()._NET_ACTIVE_WINDOW);
+    const xcb_window_t window = active && !active->empty() ? active->front() : XCB_NONE;
+    if (window == active_)
+        return;
+    active_ = window;
+    auto it = windows_.find(window);
+    if (it != windows_.end())
+        it->second.activationSerial = ++lastActivation_;
+}
+
+void X11WindowMirror::syncWindowManagerCheck() {
+    auto* c = connection_.connection();
+    const auto check = readRootWindows(connection_.ewmh()._NET_SUPPORTING_WM_CHECK);
+    windowManagerCheck_ = XCB_NONE;
+    if (!check || check->empty())
+        return;
+    const xcb_window_t candidate = check->front();
+    // A window manager proves itself by naming the same window on it; a
+    // stale root property left by one that died names a window that is gone.
+    xcb_generic_error_t* error = nullptr;
+    std::unique_ptr<xcb_get_property_reply_t, decltype(&std::free)> reply(
+        xcb_get_property_reply(
+            c,
+            xcb_get_property(c, 0, candidate, connection_.ewmh()._NET_SUPPORTING_WM_CHECK,
+                             XCB_ATOM_WINDOW, 0, 1),
+            &error),
+        &std::free);
+    std::free(error);
+    if (!reply || xcb_get_property_value_length(reply.get()) != 4)
+        return;
+    if (*static_cast<const xcb_window_t*>(xcb_get_property_value(reply.get())) != candidate)
+        return;
+    const std::uint32_t events = XCB_EVENT_MASK_STRUCTURE_NOTIFY;
+    xcb_change_window_attributes(c, candidate, XCB_CW_EVENT_MASK, &events);
+    windowManagerCheck_ = candidate;
+}
+
+void X11WindowMirror::forget(xcb_window_t window, bool announce) {
+    auto it = windows_.find(window);
+    if (it == windows_.end())
+        return;
+    const pid_t pid = it->second.pid;
+    windows_.erase(it);
+    clientList_.erase(std::remove(clientList_.begin(), clientList_.end(), window),
+                      clientList_.end());
+    // A window that left the list may live on, withdrawn; its events are no
+    // longer wanted. If it is gone the server's error is dropped unread.
+    const std::uint32_t none = 0;
+    xcb_change_window_attributes(connection_.connection(), window, XCB_CW_EVENT_MASK, &none);
+    if (announce)
+        listener_.windowLeft(window, pid);
+}
+
+void X11WindowMirror::updateMainWindows(bool announce) {
+    std::unordered_map<pid_t, xcb_window_t> mains;
+    for (auto window : clientList_) {
+        const auto& state = windows_.at(window);
+        if (state.hidden || state.pid <= 0)
+            continue;
+        auto [it, inserted] = mains.emplace(state.pid, window);
+        if (!inserted && moreRecent(state, windows_.at(it->second)))
+            it->second = window;
+    }
+    if (announce) {
+        for (const auto& [pid, window] : mains) {
+            auto previous = mainWindows_.find(pid);
+            if (previous == mainWindows_.end() || previous->second != window) {
+                listener_.mainWindowChanged(pid, window);
+            }
+        }
+    }
+    mainWindows_ = std::move(mains);
+}
+
+}  // namespace platform::x11

@@ -1,0 +1,83 @@
+#pragma once
+
+#include <sys/types.h>
+#include <xcb/xcb.h>
+
+#include <optional>
+#include <unordered_map>
+#include <vector>
+
+#include "platform/x11/X11Connection.h"
+#include "platform/x11/X11WindowState.h"
+
+namespace platform::x11 {
+
+// Told of the changes the mirror sees, after the mirror itself is current.
+class X11WindowMirrorListener {
+  public:
+    virtual ~X11WindowMirrorListener() = default;
+    // The window joined or left the managed windows of the process.
+    virtual void windowJoined(xcb_window_t window, pid_t pid) = 0;
+    virtual void windowLeft(xcb_window_t window, pid_t pid) = 0;
+    virtual void windowMoved(xcb_window_t window, pid_t pid) = 0;
+    virtual void windowRetitled(xcb_window_t window, pid_t pid) = 0;
+    virtual void windowMiniaturized(xcb_window_t window, pid_t pid) = 0;
+    // The process's main window is now this one.
+    virtual void mainWindowChanged(pid_t pid, xcb_window_t window) = 0;
+};
+
+// The managed windows as the window manager publishes them, held in memory
+// and kept current from X events, so that questions about them need no
+// round trip. The round trips happen when an event says something changed.
+class X11WindowMirror {
+  public:
+    X11WindowMirror(X11Connection& connection, X11WindowMirrorListener& listener);
+    X11WindowMirror(const X11WindowMirror&) = delete;
+    X11WindowMirror& operator=(const X11WindowMirror&) = delete;
+
+    // Asks for the events it needs and loads the current state, telling the
+    // listener nothing about what was already there.
+    void load();
+    void handleEvent(const xcb_generic_event_t& event);
+
+    const X11WindowState* window(xcb_window_t window) const;
+    // The managed windows, in the window manager's order.
+    const std::vector<xcb_window_t>& clientList() const { return clientList_; }
+    std::vector<xcb_window_t> windowsOf(pid_t pid) const;
+    bool hasWindowsOf(pid_t pid) const;
+    xcb_window_t activeWindow() const { return active_; }
+    // The process's most recently active window that is not minimised.
+    std::optional<xcb_window_t> mainWindowOf(pid_t pid) const;
+    // The topmost managed window whose frame holds the point (top-left
+    // root coordinates).
+    std::optional<xcb_window_t> windowAt(double x, double y) const;
+    bool windowManagerPresent() const { return windowManagerCheck_ != XCB_NONE; }
+    double screenHeight() const { return screenHeight_; }
+
+  private:
+    void handlePropertyChange(const xcb_property_notify_event_t& event);
+    void handleRootProperty(xcb_atom_t atom);
+    void handleConfigure(const xcb_configure_notify_event_t& event, bool inRootCoordinates);
+    void handleDestroy(xcb_window_t window);
+
+    std::optional<std::vector<xcb_window_t>> readRootWindows(xcb_atom_t atom);
+    void syncClientList(bool announce);
+    void syncStacking();
+    void syncActiveWindow();
+    void syncWindowManagerCheck();
+    void forget(xcb_window_t window, bool announce);
+    void updateMainWindows(bool announce);
+
+    X11Connection& connection_;
+    X11WindowMirrorListener& listener_;
+    bool askOwners_ = false;
+    std::unordered_map<xcb_window_t, X11WindowState> windows_;
+    std::vector<xcb_window_t> clientList_;
+    std::unordered_map<pid_t, xcb_window_t> mainWindows_;
+    xcb_window_t active_ = XCB_NONE;
+    xcb_window_t windowManagerCheck_ = XCB_NONE;
+    std::uint64_t lastActivation_ = 0;
+    double screenHeight_ = 0;
+};
+
+}  // namespace platform::x11

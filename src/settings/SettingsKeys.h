@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "platform/Application.h"
+#include "shortcuts/SRShortcut.h"
 #include "support/DefaultsManager.h"
 
 // Every preference the program keeps. All reads and writes go through
@@ -25,16 +26,11 @@ inline quillbox::Transform<std::set<std::string>, std::vector<std::string>> text
             }};
 }
 
-// The policy by its raw value; an unknown value has no policy.
+// The policy by its raw value, both ways. A value the platform doesn't name
+// is applied as it stands, as the platform's own type would carry it.
 inline quillbox::Transform<platform::ActivationPolicy, std::int64_t> activationPolicyAsInteger() {
     return {[](const std::int64_t& raw) -> std::optional<platform::ActivationPolicy> {
-                switch (static_cast<platform::ActivationPolicy>(raw)) {
-                    case platform::ActivationPolicy::regular:
-                    case platform::ActivationPolicy::accessory:
-                    case platform::ActivationPolicy::prohibited:
-                        return static_cast<platform::ActivationPolicy>(raw);
-                }
-                return std::nullopt;
+                return static_cast<platform::ActivationPolicy>(raw);
             },
             [](const platform::ActivationPolicy& policy) -> std::optional<std::int64_t> {
                 return static_cast<std::int64_t>(policy);
@@ -42,6 +38,12 @@ inline quillbox::Transform<platform::ActivationPolicy, std::int64_t> activationP
 }
 
 }  // namespace detail
+
+// The chord that brings up the list window, in its stored form; absent when
+// the user cleared it.
+inline const auto activationShortcut =
+    quillbox::Key<lirixkro::SRShortcut::SelfCodable, platform::PropertyList::Data>(
+        quillbox::autoCodingValueWithKey, "activationShortcut");
 
 // Bundle identifiers of the applications kept out of the list.
 inline const auto hiddenApps =

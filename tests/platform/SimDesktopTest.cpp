@@ -16,8 +16,10 @@ TEST(SimDesktop, InstallsItsServicesAndRunsOnAGivenLoop) {
     EXPECT_EQ(&platform::mainLoop(), &externalLoop);
     EXPECT_EQ(&platform::workspace(), &desktop.workspace());
     EXPECT_EQ(&platform::application(), &desktop.application());
-    EXPECT_EQ(installed().accessibility, nullptr);
-    EXPECT_EQ(installed().preferences, nullptr);
+    EXPECT_EQ(&platform::accessibility(), &desktop.accessibility());
+    EXPECT_EQ(&platform::keyboardLayouts(), &desktop.keyboardLayouts());
+    EXPECT_EQ(&platform::hotKeys(), &desktop.hotKeys());
+    EXPECT_EQ(&platform::preferences(), &desktop.preferences());
 
     // Workspace notifications go through the given loop.
     int launches = 0;

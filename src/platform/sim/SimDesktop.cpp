@@ -36,9 +36,12 @@ SimDesktop::SimDesktop(std::unique_ptr<SimMainLoop> ownLoop, MainLoop* externalL
     : ownLoop_(std::move(ownLoop)),
       mainLoop_(ownLoop_ ? *ownLoop_ : *externalLoop),
       workspace_(mainLoop_),
+      accessibility_(mainLoop_, &workspace_),
       application_(workspace_),
       eventMonitors_(mainLoop_, [this] { return application_.isActive(); }),
       processLauncher_(ownProcessIdentifier),
+      keyboardLayouts_(mainLoop_),
+      preferences_(mainLoop_),
       own_(std::make_shared<SimRunningApplication>(ownInfo())) {
     workspace_.setCurrentApplication(own_);
 }
@@ -62,6 +65,15 @@ std::vector<std::shared_ptr<SimRunningApplication>> SimDesktop::populateSampleAp
         workspace_.addRunning(
             sampleInfo(303, "com.example.Notes", "Notes", "/Applications/Notes.app")),
     };
+    const char* titles[][3] = {{"Documents", "Downloads", "Pictures"},
+                               {"Notes.txt", "Letter.rtf", nullptr},
+                               {"Photo.jpg", nullptr, nullptr},
+                               {nullptr, nullptr, nullptr}};
+    for (std::size_t i = 0; i < apps.size(); ++i) {
+        for (const char* title : titles[i]) {
+            if (title) accessibility_.addWindow(apps[i]->processIdentifier(), SimWindowSpec::titled(title));
+        }
+    }
     workspace_.setFrontmostApplication(apps.front());
     return apps;
 }
@@ -81,6 +93,10 @@ Services SimDesktop::services() {
     services.bundles = &bundles_;
     services.fileManager = &fileManager_;
     services.fileViewer = &fileViewer_;
+    services.accessibility = &accessibility_;
+    services.keyboardLayouts = &keyboardLayouts_;
+    services.hotKeys = &hotKeys_;
+    services.preferences = &preferences_;
     return services;
 }
 

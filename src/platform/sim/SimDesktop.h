@@ -5,14 +5,18 @@
 #include <vector>
 
 #include "platform/Platform.h"
+#include "platform/sim/SimAccessibility.h"
 #include "platform/sim/SimApplication.h"
 #include "platform/sim/SimBundles.h"
 #include "platform/sim/SimEventMonitors.h"
 #include "platform/sim/SimEventTap.h"
 #include "platform/sim/SimFileManager.h"
 #include "platform/sim/SimFileViewer.h"
+#include "platform/sim/SimHotKeys.h"
+#include "platform/sim/SimKeyboardLayouts.h"
 #include "platform/sim/SimLoginItemService.h"
 #include "platform/sim/SimMainLoop.h"
+#include "platform/sim/SimPreferencesStore.h"
 #include "platform/sim/SimProcessLauncher.h"
 #include "platform/sim/SimStatusBar.h"
 #include "platform/sim/SimToolkit.h"
@@ -54,19 +58,21 @@ class SimDesktop {
     SimLoginItemService& loginItemService() { return loginItemService_; }
     SimUpdater& updater() { return updater_; }
     SimEventTap& eventTap() { return eventTap_; }
+    SimAccessibility& accessibility() { return accessibility_; }
+    SimKeyboardLayouts& keyboardLayouts() { return keyboardLayouts_; }
+    SimHotKeys& hotKeys() { return hotKeys_; }
+    SimPreferencesStore& preferences() { return preferences_; }
 
     // Our own entry among the running applications.
     const std::shared_ptr<SimRunningApplication>& ownApplication() const { return own_; }
 
     // Adds, as running before the program started, the file manager
     // ("com.apple.finder", process 300) and three ordinary applications in
-    // /Applications, and makes the first of those frontmost. Returns them in
-    // that order.
+    // /Applications, each with a few windows, and makes the first of those
+    // frontmost. Returns them in that order.
     std::vector<std::shared_ptr<SimRunningApplication>> populateSampleApplications();
 
     // The services of this desktop, for platform::install or ScopedInstall.
-    // Accessibility, keyboard layouts, hot keys and preferences are not
-    // among them.
     Services services();
 
   private:
@@ -75,6 +81,8 @@ class SimDesktop {
     std::unique_ptr<SimMainLoop> ownLoop_;
     MainLoop& mainLoop_;
     SimWorkspace workspace_;
+    // Follows the workspace's applications, so it is destroyed before it.
+    SimAccessibility accessibility_;
     SimApplication application_;
     SimEventMonitors eventMonitors_;
     SimToolkit toolkit_;
@@ -86,6 +94,9 @@ class SimDesktop {
     SimLoginItemService loginItemService_;
     SimUpdater updater_;
     SimEventTap eventTap_;
+    SimKeyboardLayouts keyboardLayouts_;
+    SimHotKeys hotKeys_;
+    SimPreferencesStore preferences_;
     std::shared_ptr<SimRunningApplication> own_;
 };
 

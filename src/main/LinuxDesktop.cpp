@@ -1,5 +1,8 @@
+#include "main/BuildInfo.h"
 #include "main/PlatformAssembly.h"
 #include "platform/x11/X11Connection.h"
+#include "platform/x11/X11Desktop.h"
+#include "support/Fatal.h"
 #include "views/QtApplication.h"
 #include "views/QtMainLoop.h"
 #include "views/QtStatusBar.h"
@@ -9,15 +12,16 @@ namespace tarnwick {
 
 namespace {
 
+// The X11 backend for everything the desktop offers, with Qt for our own
+// windows, status item, application object and event loop.
 class LinuxDesktop final : public PlatformAssembly {
   public:
     LinuxDesktop(platform::qt::QtMainLoop& loop,
                  std::unique_ptr<platform::x11::X11Connection> display)
-        : loop_(loop), display_(std::move(display)), toolkit_(&application_) {}
+        : desktop_(openDesktop(loop, std::move(display))), toolkit_(&application_) {}
 
     platform::Services services() override {
-        platform::Services services;
-        services.mainLoop = &loop_;
+        auto services = desktop_->services();
         services.application = &application_;
         services.toolkit = &toolkit_;
         services.statusBar = &statusBar_;
@@ -25,8 +29,20 @@ class LinuxDesktop final : public PlatformAssembly {
     }
 
   private:
-    platform::qt::QtMainLoop& loop_;
-    std::unique_ptr<platform::x11::X11Connection> display_;
+    static std::unique_ptr<platform::x11::X11Desktop> openDesktop(
+        platform::qt::QtMainLoop& loop, std::unique_ptr<platform::x11::X11Connection> display) {
+        platform::x11::X11Desktop::Options options;
+        options.mainBundle.shortVersion = build::version;
+        options.mainBundle.version = build::number;
+        auto desktop =
+            platform::x11::X11Desktop::open(loop, std::move(options), std::move(display));
+        // The display opened a moment ago; failing now is no state to go on from.
+        if (!desktop)
+            quillbox::fatalError("tarnwick: lost the X display while starting");
+        return desktop;
+    }
+
+    std::unique_ptr<platform::x11::X11Desktop> desktop_;
     platform::qt::QtApplication application_;
     platform::qt::QtToolkit toolkit_;
     platform::qt::QtStatusBar statusBar_;

@@ -18,6 +18,7 @@ public:
                                                                  SearchPathDomain domain,
                                                                  bool create) = 0;
     virtual bool checkResourceIsReachable(const std::filesystem::path& path) = 0;
+    virtual std::vector<std::filesystem::path> applicationsDirectories() const { return {"/Applications"}; }
 };
 
 // The desktop's file manager, showing files to the user.

@@ -24,7 +24,7 @@ X11Accessibility::X11Accessibility(MainLoop& loop, std::unique_ptr<X11Connection
       connection_(std::move(connection)),
       attributes_(*connection_, mirror_),
       hub_(loop, attributes_),
-      mirror_(*connection_, hub_),
+      mirror_(*connection_, listeners_),
       commands_(*connection_, mirror_) {
     mirror_.load();
     xcb_flush(connection_->connection());

@@ -89,6 +89,14 @@ class X11Accessibility final : public Accessibility {
     std::size_t absorbedErrorCount() const { return absorbedErrors_; }
     bool isConnected() const;
 
+    // The window state the reads answer from, for the other parts of the
+    // backend that follow the managed windows.
+    const X11WindowMirror& windowMirror() const { return mirror_; }
+    // Also tells the listener of the mirror's changes, after the observers,
+    // until it is removed.
+    void addWindowListener(X11WindowMirrorListener& listener) { listeners_.add(listener); }
+    void removeWindowListener(X11WindowMirrorListener& listener) { listeners_.remove(listener); }
+
   private:
     // The element behind the handle, when it is ours and still stands for
     // something; otherwise the code to answer with.
@@ -102,6 +110,7 @@ class X11Accessibility final : public Accessibility {
     std::unique_ptr<X11Connection> connection_;
     X11ElementAttributes attributes_;
     X11ObserverHub hub_;
+    X11WindowMirrorListeners listeners_{hub_};
     X11WindowMirror mirror_;
     X11ElementCommands commands_;
     Token watch_;

@@ -3,6 +3,7 @@
 #include <sys/types.h>
 #include <xcb/xcb.h>
 
+#include <algorithm>
 #include <optional>
 #include <unordered_map>
 #include <vector>
@@ -24,6 +25,48 @@ class X11WindowMirrorListener {
     virtual void windowMiniaturized(xcb_window_t window, pid_t pid) = 0;
     // The process's main window is now this one.
     virtual void mainWindowChanged(pid_t pid, xcb_window_t window) = 0;
+};
+
+// Tells a first listener, then each further one in the order they were
+// added, of the mirror's changes.
+class X11WindowMirrorListeners final : public X11WindowMirrorListener {
+  public:
+    explicit X11WindowMirrorListeners(X11WindowMirrorListener& first) : listeners_{&first} {}
+
+    void add(X11WindowMirrorListener& listener) { listeners_.push_back(&listener); }
+    void remove(X11WindowMirrorListener& listener) { std::erase(listeners_, &listener); }
+
+    void windowJoined(xcb_window_t window, pid_t pid) override {
+        tell([&](auto& listener) { listener.windowJoined(window, pid); });
+    }
+    void windowLeft(xcb_window_t window, pid_t pid) override {
+        tell([&](auto& listener) { listener.windowLeft(window, pid); });
+    }
+    void windowMoved(xcb_window_t window, pid_t pid) override {
+        tell([&](auto& listener) { listener.windowMoved(window, pid); });
+    }
+    void windowRetitled(xcb_window_t window, pid_t pid) override {
+        tell([&](auto& listener) { listener.windowRetitled(window, pid); });
+    }
+    void windowMiniaturized(xcb_window_t window, pid_t pid) override {
+        tell([&](auto& listener) { listener.windowMiniaturized(window, pid); });
+    }
+    void mainWindowChanged(pid_t pid, xcb_window_t window) override {
+        tell([&](auto& listener) { listener.mainWindowChanged(pid, window); });
+    }
+
+  private:
+    template <typename Call>
+    void tell(const Call& call) {
+        // A listener may remove itself while it is told.
+        const auto listeners = listeners_;
+        for (auto* listener : listeners) {
+            if (std::find(listeners_.begin(), listeners_.end(), listener) != listeners_.end())
+                call(*listener);
+        }
+    }
+
+    std::vector<X11WindowMirrorListener*> listeners_;
 };
 
 // The managed windows as the window manager publishes them, held in memory

@@ -1,0 +1,219 @@
+#include "platform/x11/X11Workspace.h"
+
+#include <unistd.h>
+#include <xcb/xcb_icccm.h>
+
+#include <algorithm>
+#include <set>
+
+#include "platform/x11/ProcessInfo.h"
+
+namespace platform::x11 {
+
+X11Workspace::X11Workspace(Parts parts)
+    : loop_(parts.loop),
+      accessibility_(parts.accessibility),
+      input_(parts.input),
+      activeWindow_(parts.activeWindow),
+      launcher_(parts.launcher),
+      identities_(parts.identities),
+      watcher_(parts.loop) {
+    own_ = std::make_shared<X11RunningApplication>(::getpid(), identities_.ownIdentity());
+    addRunningAtStart();
+    startFileManagerIfNeeded();
+    accessibility_.addWindowListener(*this);
+    inputHandler_ = input_.addEventHandler([this](const xcb_generic_event_t& event) {
+        if ((event.response_type & 0x7f) != XCB_PROPERTY_NOTIFY)
+            return;
+        const auto& notify = reinterpret_cast<const xcb_property_notify_event_t&>(event);
+        if (notify.window == input_.root() &&
+            notify.atom == input_.connection().ewmh()._NET_ACTIVE_WINDOW) {
+            updateFrontmostSoon();
+        }
+    });
+    updateFrontmost();
+}
+
+X11Workspace::~X11Workspace() {
+    input_.removeEventHandler(inputHandler_);
+    accessibility_.removeWindowListener(*this);
+}
+
+void X11Workspace::addRunningAtStart() {
+    std::set<pid_t> processes;
+    for (const auto window : accessibility_.windowMirror().clientList()) {
+        if (const auto* state = accessibility_.windowMirror().window(window);
+            state && state->pid > 0)
+            processes.insert(state->pid);
+    }
+    for (const auto pid : identities_.processesWithEntries())
+        processes.insert(pid);
+    processes.erase(own_->processIdentifier());
+
+    add(own_);
+    for (const auto pid : processes) {
+        if (isProcessAlive(pid)) {
+            add(std::make_shared<X11RunningApplication>(
+                pid, identities_.identityOf(pid, windowClassOf(pid))));
+        }
+    }
+}
+
+void X11Workspace::startFileManagerIfNeeded() {
+    const auto* fileManager = identities_.fileManager();
+    if (!fileManager)
+        return;
+    const auto finder = identities_.finderIdentity();
+    const bool running = std::any_of(running_.begin(), running_.end(), [&](const auto& app) {
+        return app->bundleIdentifier() == finder->bundleIdentifier;
+    });
+    if (running)
+        return;
+    const auto started = launcher_.spawn(fileManager->backgroundCommandLine(), {{}, true});
+    // Already running before anyone could listen: no launch to announce.
+    if (started)
+        add(std::make_shared<X11RunningApplication>(started.pid, *finder));
+}
+
+std::vector<RunningApplicationRef> X11Workspace::runningApplications() const {
+    return {running_.begin(), running_.end()};
+}
+
+RunningApplicationRef X11Workspace::runningApplicationWithProcessIdentifier(pid_t pid) const {
+    return find(pid);
+}
+
+X11Workspace::Application X11Workspace::find(pid_t pid) const {
+    const auto it = byProcess_.find(pid);
+    return it == byProcess_.end() ? nullptr : it->second;
+}
+
+void X11Workspace::add(const Application& application) {
+    running_.push_back(application);
+    byProcess_[application->processIdentifier()] = application;
+    if (application != own_) {
+        application->followTermination(watcher_,
+                                       [this](const Application& ended) { terminated(ended); });
+    }
+}
+
+void X11Workspace::terminated(const Application& application) {
+    std::erase(running_, application);
+    if (const auto it = byProcess_.find(application->processIdentifier());
+        it != byProcess_.end() && it->second == application) {
+        byProcess_.erase(it);
+    }
+    post(WorkspaceNotification::didTerminateApplication, application);
+    updateFrontmost();
+}
+
+void X11Workspace::windowJoined(xcb_window_t window, pid_t pid) {
+    if (pid > 0 && !find(pid) && isProcessAlive(pid)) {
+        const auto application = std::make_shared<X11RunningApplication>(
+            pid, identities_.identityOf(pid, windowClassOf(window)));
+        add(application);
+        post(WorkspaceNotification::didLaunchApplication, application);
+    }
+    // The active window may have been announced before the window was known.
+    if (window == activeWindow_.activeWindow())
+        updateFrontmost();
+}
+
+void X11Workspace::windowLeft(xcb_window_t window, pid_t) {
+    if (window == activeWindow_.activeWindow())
+        updateFrontmost();
+}
+
+std::optional<X11WindowClass> X11Workspace::windowClassOf(pid_t pid) {
+    const auto windows = accessibility_.windowMirror().windowsOf(pid);
+    if (windows.empty())
+        return std::nullopt;
+    return windowClassOf(windows.front());
+}
+
+std::optional<X11WindowClass> X11Workspace::windowClassOf(xcb_window_t window) {
+    xcb_connection_t* connection = input_.xcb();
+    xcb_icccm_get_wm_class_reply_t reply{};
+    // A window gone in the meantime answers with an error: no class.
+    const bool found = xcb_icccm_get_wm_class_reply(
+        connection, xcb_icccm_get_wm_class(connection, window), &reply, nullptr);
+    // Waiting for the reply may have taken events in that the descriptor
+    // won't tell of.
+    input_.dispatchSoon();
+    if (!found)
+        return std::nullopt;
+    X11WindowClass windowClass{reply.instance_name ? reply.instance_name : "",
+                               reply.class_name ? reply.class_name : ""};
+    xcb_icccm_get_wm_class_reply_wipe(&reply);
+    return windowClass;
+}
+
+Token X11Workspace::addObserverForName(WorkspaceNotification name, NotificationHandler handler) {
+    const auto id = ++lastObserverId_;
+    observers_.emplace(id, std::make_pair(name, std::move(handler)));
+    return Token{id};
+}
+
+void X11Workspace::removeObserver(Token observer, WorkspaceNotification name) {
+    const auto it = observers_.find(observer.id);
+    if (it != observers_.end() && it->second.first == name)
+        observers_.erase(it);
+}
+
+void X11Workspace::post(WorkspaceNotification name, RunningApplicationRef application) {
+    loop_.post([this, alive = std::weak_ptr<bool>(alive_), name, application] {
+        if (alive.expired())
+            return;
+        // Observers may come and go while they are told.
+        const auto observers = observers_;
+        for (const auto& [id, entry] : observers) {
+            if (entry.first == name && observers_.contains(id))
+                entry.second({application});
+        }
+    });
+}
+
+Subscription X11Workspace::observeFrontmostApplication(bool initial, FrontmostHandler handler) {
+    const auto id = ++lastObserverId_;
+    frontmostObservers_.emplace(id, handler);
+    if (initial)
+        handler(frontmost_);
+    return Subscription([this, alive = std::weak_ptr<bool>(alive_), id] {
+        if (!alive.expired())
+            frontmostObservers_.erase(id);
+    });
+}
+
+void X11Workspace::updateFrontmostSoon() {
+    // After the tracker has read the new active window, whichever of us
+    // hears the event first.
+    if (frontmostUpdatePosted_)
+        return;
+    frontmostUpdatePosted_ = true;
+    loop_.post([this, alive = std::weak_ptr<bool>(alive_)] {
+        if (alive.expired())
+            return;
+        frontmostUpdatePosted_ = false;
+        updateFrontmost();
+    });
+}
+
+void X11Workspace::updateFrontmost() {
+    const auto window = activeWindow_.activeWindow();
+    pid_t pid = 0;
+    if (window != XCB_NONE) {
+        const auto* state = accessibility_.windowMirror().window(window);
+        pid = state && state->pid > 0 ? state->pid : activeWindow_.activeProcess().value_or(0);
+    }
+    RunningApplicationRef frontmost = pid > 0 ? find(pid) : nullptr;
+    if (frontmost == frontmost_)
+        return;
+    frontmost_ = std::move(frontmost);
+    const auto observers = frontmostObservers_;
+    for (const auto& [id, handler] : observers) {
+        if (frontmostObservers_.contains(id))
+            handler(frontmost_);
+    }
+}
+
+}  // namespace platform::x11

@@ -1,0 +1,113 @@
+#pragma once
+
+#include <sys/types.h>
+#include <xcb/xcb.h>
+
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <unordered_map>
+#include <vector>
+
+#include "platform/MainLoop.h"
+#include "platform/Workspace.h"
+#include "platform/x11/ProcessWatcher.h"
+#include "platform/x11/X11Accessibility.h"
+#include "platform/x11/X11ActiveWindowTracker.h"
+#include "platform/x11/X11InputEventSource.h"
+#include "platform/x11/X11ProcessLauncher.h"
+#include "platform/x11/X11RunningApplication.h"
+#include "platform/x11/X11WorkspaceIdentities.h"
+
+namespace platform::x11 {
+
+// The running applications of the X desktop. An application is a local
+// process: every process that owns a managed window, and, found once at
+// start, the processes that run an installed application. This program is
+// one of them from the start. Each process has one application object for
+// as long as it runs.
+//
+// A process whose first managed window appears has launched; a process's
+// end, seen through its pidfd, terminates it. Both are announced on the
+// main loop. The frontmost application is the one owning the window
+// manager's active window.
+//
+// At start, the default file manager is started in its background mode
+// when none of its processes runs, so that the Finder's part is played.
+class X11Workspace final : public Workspace, private X11WindowMirrorListener {
+  public:
+    // What the workspace is built on; all of it must outlive the workspace.
+    // The tracker must have been made on the input source before the
+    // workspace, so it has caught up with the active window when the
+    // workspace looks.
+    struct Parts {
+        MainLoop& loop;
+        X11Accessibility& accessibility;
+        X11InputEventSource& input;
+        const X11ActiveWindowTracker& activeWindow;
+        X11ProcessLauncher& launcher;
+        const X11WorkspaceIdentities& identities;
+    };
+
+    explicit X11Workspace(Parts parts);
+    ~X11Workspace() override;
+    X11Workspace(const X11Workspace&) = delete;
+    X11Workspace& operator=(const X11Workspace&) = delete;
+
+    std::vector<RunningApplicationRef> runningApplications() const override;
+    RunningApplicationRef frontmostApplication() const override { return frontmost_; }
+    RunningApplicationRef currentApplication() const override { return own_; }
+    RunningApplicationRef runningApplicationWithProcessIdentifier(pid_t pid) const override;
+
+    Token addObserverForName(WorkspaceNotification name, NotificationHandler handler) override;
+    void removeObserver(Token observer, WorkspaceNotification name) override;
+    Subscription observeFrontmostApplication(bool initial, FrontmostHandler handler) override;
+
+  private:
+    using Application = std::shared_ptr<X11RunningApplication>;
+
+    void addRunningAtStart();
+    void startFileManagerIfNeeded();
+    Application find(pid_t pid) const;
+    void add(const Application& application);
+    void terminated(const Application& application);
+    std::optional<X11WindowClass> windowClassOf(xcb_window_t window);
+    std::optional<X11WindowClass> windowClassOf(pid_t pid);
+
+    void post(WorkspaceNotification name, RunningApplicationRef application);
+    // The owner of the active window, as far as it is one of ours; observers
+    // hear of a change.
+    void updateFrontmost();
+    void updateFrontmostSoon();
+
+    void windowJoined(xcb_window_t window, pid_t pid) override;
+    void windowLeft(xcb_window_t window, pid_t pid) override;
+    void windowMoved(xcb_window_t, pid_t) override {}
+    void windowRetitled(xcb_window_t, pid_t) override {}
+    void windowMiniaturized(xcb_window_t, pid_t) override {}
+    void mainWindowChanged(pid_t, xcb_window_t) override {}
+
+    MainLoop& loop_;
+    X11Accessibility& accessibility_;
+    X11InputEventSource& input_;
+    const X11ActiveWindowTracker& activeWindow_;
+    X11ProcessLauncher& launcher_;
+    const X11WorkspaceIdentities& identities_;
+    ProcessWatcher watcher_;
+
+    // In the order they became known.
+    std::vector<Application> running_;
+    std::unordered_map<pid_t, Application> byProcess_;
+    Application own_;
+    RunningApplicationRef frontmost_;
+    bool frontmostUpdatePosted_ = false;
+
+    std::uint64_t lastObserverId_ = 0;
+    std::map<std::uint64_t, std::pair<WorkspaceNotification, NotificationHandler>> observers_;
+    std::map<std::uint64_t, FrontmostHandler> frontmostObservers_;
+    Token inputHandler_;
+    // Lets tasks posted to the loop know whether this object still exists.
+    std::shared_ptr<bool> alive_ = std::make_shared<bool>(true);
+};
+
+}  // namespace platform::x11

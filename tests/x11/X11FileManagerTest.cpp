@@ -1,0 +1,76 @@
+#include <gtest/gtest.h>
+
+#include "platform/x11/X11FileManager.h"
+#include "x11/DesktopEntryTestTree.h"
+
+namespace platform::x11 {
+namespace {
+
+using fixtures::DesktopEntryTestTree;
+
+class X11FileManagerTest : public ::testing::Test {
+  protected:
+    DesktopEntryTestTree tree;
+    X11FileManager fileManager{tree.directories()};
+};
+
+TEST_F(X11FileManagerTest, ApplicationSupportIsTheDataHomeAndLibraryTheConfigHome) {
+    const auto user = SearchPathDomain::user;
+    EXPECT_EQ(fileManager.urlForDirectory(SearchPathDirectory::applicationSupport, user, false),
+              tree.root() / "home/.local/share");
+    EXPECT_EQ(fileManager.urlForDirectory(SearchPathDirectory::library, user, false),
+              tree.root() / "home/.config");
+    EXPECT_FALSE(std::filesystem::exists(tree.root() / "home/.config")) << "made without create";
+
+    EXPECT_EQ(fileManager.urlForDirectory(SearchPathDirectory::library, user, true),
+              tree.root() / "home/.config");
+    EXPECT_TRUE(std::filesystem::is_directory(tree.root() / "home/.config"));
+}
+
+TEST_F(X11FileManagerTest, FromTheEnvironmentWithTheUsualDefaults) {
+    const auto directories = DesktopEntryDirectories::fromEnvironment([](const char* name) {
+        return std::string_view(name) == "HOME" ? "/home/someone" : nullptr;
+    });
+    X11FileManager defaults(directories);
+    const auto user = SearchPathDomain::user;
+    EXPECT_EQ(defaults.urlForDirectory(SearchPathDirectory::applicationSupport, user, false),
+              std::filesystem::path("/home/someone/.local/share"));
+    EXPECT_EQ(defaults.urlForDirectory(SearchPathDirectory::library, user, false),
+              std::filesystem::path("/home/someone/.config"));
+}
+
+TEST_F(X11FileManagerTest, NothingWhenTheDirectoryCannotBeMade) {
+    tree.write("home/.config", "a file where the folder should be");
+    EXPECT_FALSE(
+        fileManager.urlForDirectory(SearchPathDirectory::library, SearchPathDomain::user, true));
+    EXPECT_FALSE(fileManager.urlForDirectory(SearchPathDirectory::library,
+                                             static_cast<SearchPathDomain>(8), false))
+        << "only the user's domain";
+    EXPECT_FALSE(fileManager.urlForDirectory(static_cast<SearchPathDirectory>(99),
+                                             SearchPathDomain::user, false));
+}
+
+TEST_F(X11FileManagerTest, ReachableMeansTheFileExists) {
+    const auto file = tree.write("home/.config/tarnwick/harrowmere.Tarnwick.plist", "x");
+    EXPECT_TRUE(fileManager.checkResourceIsReachable(file));
+    EXPECT_TRUE(fileManager.checkResourceIsReachable(file.parent_path()));
+    EXPECT_FALSE(fileManager.checkResourceIsReachable(file.parent_path() / "missing.plist"));
+    EXPECT_FALSE(fileManager.checkResourceIsReachable({}));
+}
+
+TEST_F(X11FileManagerTest, ApplicationsDirectoriesAreTheSystemsOnly) {
+    EXPECT_EQ(fileManager.applicationsDirectories(),
+              (std::vector<std::filesystem::path>{tree.root() / "usr/local/share/applications",
+                                                  tree.root() / "usr/share/applications"}));
+
+    // A data directory list that names the user's own data folder, as some
+    // sessions set it, still leaves the user's applications out.
+    auto directories = tree.directories();
+    directories.dataDirs.insert(directories.dataDirs.begin(), directories.dataHome);
+    directories.dataDirs.push_back(tree.root() / "home/.local/share/");
+    const X11FileManager withHome(directories);
+    EXPECT_EQ(withHome.applicationsDirectories(), fileManager.applicationsDirectories());
+}
+
+}  // namespace
+}  // namespace platform::x11

@@ -1,0 +1,243 @@
+#include <gtest/gtest.h>
+#include <signal.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+
+#include <algorithm>
+
+#include "platform/x11/ProcessInfo.h"
+#include "platform/x11/X11Desktop.h"
+#include "platform/x11/X11Workspace.h"
+#include "x11/DesktopEntryTestTree.h"
+#include "x11/X11DesktopFixture.h"
+
+namespace x11test {
+namespace {
+
+using platform::RunningApplicationRef;
+using platform::WorkspaceNotification;
+using platform::x11::X11Desktop;
+using platform::x11::fixtures::DesktopEntryTestTree;
+
+// The workspace of the whole Linux backend on the virtual desktop, with
+// installed applications from a temporary tree.
+class X11WorkspaceTest : public X11DesktopTest {
+  protected:
+    void SetUp() override {
+        X11DesktopTest::SetUp();
+        if (IsSkipped() || HasFatalFailure())
+            return;
+        tree.writeApplication(DesktopEntryTestTree::system + std::string("xterm.desktop"), "XTerm",
+                              "xterm");
+    }
+    void TearDown() override {
+        desktop.reset();
+        for (const pid_t group : startedGroups) {
+            ::kill(-group, SIGKILL);
+            ::waitpid(group, nullptr, 0);  // those whose launcher is gone
+        }
+    }
+
+    void openDesktop() {
+        X11Desktop::Options options;
+        options.directories = tree.directories();
+        options.preferencesPath = tree.root() / "preferences.plist";
+        desktop = X11Desktop::open(loop, options);
+        ASSERT_TRUE(desktop);
+    }
+    platform::x11::X11Workspace& workspace() { return desktop->workspace(); }
+
+    RunningApplicationRef running(pid_t pid) {
+        return workspace().runningApplicationWithProcessIdentifier(pid);
+    }
+    bool isListed(const RunningApplicationRef& application) {
+        const auto all = workspace().runningApplications();
+        return std::find(all.begin(), all.end(), application) != all.end();
+    }
+
+    // Writes down the workspace's notifications.
+    void recordNotifications() {
+        for (const auto name : {WorkspaceNotification::didLaunchApplication,
+                                WorkspaceNotification::didTerminateApplication}) {
+            workspace().addObserverForName(name, [this, name](const auto& info) {
+                (name == WorkspaceNotification::didLaunchApplication ? launched : terminated)
+                    .push_back(info.application);
+            });
+        }
+    }
+    static long countOf(const std::vector<RunningApplicationRef>& list, pid_t pid) {
+        return std::count_if(list.begin(), list.end(), [pid](const auto& app) {
+            return app && app->processIdentifier() == pid;
+        });
+    }
+
+    // Starts a program in a process group of its own, ended with the test.
+    pid_t startGroup(std::vector<std::string> commandLine) {
+        const auto started = desktop ? desktop->processLauncher().spawn(std::move(commandLine))
+                                     : launcher.spawn(std::move(commandLine));
+        EXPECT_TRUE(started) << started.error;
+        startedGroups.push_back(started.pid);
+        return started.pid;
+    }
+
+    DesktopEntryTestTree tree;
+    std::unique_ptr<X11Desktop> desktop;
+    platform::x11::X11ProcessLauncher launcher{loop};
+    std::vector<pid_t> startedGroups;
+    std::vector<RunningApplicationRef> launched;
+    std::vector<RunningApplicationRef> terminated;
+};
+
+TEST_F(X11WorkspaceTest, ProcessesWithWindowsAreRunningApplicationsAndSoAreWe) {
+    TestClient client;
+    client.create("plain", "Workspace plain");
+    const pid_t xterm = startGroup({"xterm", "-T", "Workspace xterm"});
+    ASSERT_TRUE(windowTitled(client.pid(), "Workspace plain"));
+    ASSERT_TRUE(windowTitled(xterm, "Workspace xterm", 10));
+    openDesktop();
+
+    const auto terminal = running(xterm);
+    ASSERT_TRUE(terminal);
+    EXPECT_EQ(terminal->bundleIdentifier(), "xterm");
+    EXPECT_EQ(terminal->bundleURL(), tree.root() / "usr/share/applications/xterm.desktop");
+    EXPECT_EQ(terminal->localizedName(), "XTerm");
+    EXPECT_EQ(terminal->activationPolicy(), platform::ActivationPolicy::regular);
+    EXPECT_TRUE(isListed(terminal));
+    EXPECT_EQ(running(xterm), terminal) << "one object per process";
+
+    const auto plain = running(client.pid());
+    ASSERT_TRUE(plain);
+    EXPECT_EQ(plain->localizedName(), "x11_test_client");
+    EXPECT_FALSE(plain->bundleIdentifier());
+
+    const auto self = workspace().currentApplication();
+    ASSERT_TRUE(self);
+    EXPECT_EQ(self->processIdentifier(), ::getpid());
+    EXPECT_EQ(self->bundleIdentifier(), "harrowmere.Tarnwick");
+    EXPECT_EQ(self->localizedName(), "Tarnwick");
+    EXPECT_EQ(running(::getpid()), self);
+    EXPECT_TRUE(isListed(self));
+    EXPECT_FALSE(running(999999));
+}
+
+TEST_F(X11WorkspaceTest, AFirstWindowLaunchesAndTheProcessEndTerminates) {
+    openDesktop();
+    recordNotifications();
+    TestClient client;
+    loop.runUntil([] { return false; }, 0.2);
+    EXPECT_FALSE(running(client.pid())) << "no window yet";
+
+    client.create("first", "Workspace first");
+    ASSERT_TRUE(eventually([&] { return countOf(launched, client.pid()) == 1; }));
+    const auto application = running(client.pid());
+    ASSERT_TRUE(application);
+    EXPECT_EQ(launched.back(), application);
+    EXPECT_FALSE(application->isTerminated());
+
+    client.create("second", "Workspace second");
+    ASSERT_TRUE(windowTitled(client.pid(), "Workspace second"));
+    loop.runUntil([] { return false; }, 0.2);
+    EXPECT_EQ(countOf(launched, client.pid()), 1) << "only the first window launches";
+
+    ::kill(client.pid(), SIGKILL);
+    ASSERT_TRUE(eventually([&] { return countOf(terminated, client.pid()) == 1; }));
+    EXPECT_EQ(terminated.back(), application);
+    EXPECT_TRUE(application->isTerminated());
+    EXPECT_FALSE(running(client.pid()));
+    EXPECT_FALSE(isListed(application));
+}
+
+TEST_F(X11WorkspaceTest, TheFrontmostApplicationFollowsTheActiveWindow) {
+    TestClient first;
+    TestClient second;
+    first.create("one", "Frontmost one");
+    second.create("two", "Frontmost two");
+    const auto one = windowTitled(first.pid(), "Frontmost one");
+    const auto two = windowTitled(second.pid(), "Frontmost two");
+    ASSERT_TRUE(one && two);
+    openDesktop();
+
+    std::vector<RunningApplicationRef> told;
+    auto subscription = workspace().observeFrontmostApplication(
+        true, [&](const RunningApplicationRef& app) { told.push_back(app); });
+    ASSERT_EQ(told.size(), 1u) << "the present value at once";
+    EXPECT_EQ(told.front(), workspace().frontmostApplication());
+
+    ASSERT_EQ(ax->performAction(one, "AXRaise"), platform::axError::success);
+    ASSERT_TRUE(
+        eventually([&] { return workspace().frontmostApplication() == running(first.pid()); }));
+    EXPECT_EQ(told.back(), running(first.pid()));
+
+    ASSERT_EQ(ax->performAction(two, "AXRaise"), platform::axError::success);
+    ASSERT_TRUE(
+        eventually([&] { return workspace().frontmostApplication() == running(second.pid()); }));
+    EXPECT_EQ(told.back(), running(second.pid()));
+
+    const auto count = told.size();
+    subscription.cancel();
+    ASSERT_EQ(ax->performAction(one, "AXRaise"), platform::axError::success);
+    ASSERT_TRUE(
+        eventually([&] { return workspace().frontmostApplication() == running(first.pid()); }));
+    EXPECT_EQ(told.size(), count) << "no word after cancelling";
+}
+
+TEST_F(X11WorkspaceTest, AProcessOfAnInstalledApplicationRunsWithoutWindows) {
+    // A program that starts a helper of itself, as multi-process
+    // applications do; neither opens a window.
+    const auto program = tree.write("bin/quietly-waiting",
+                                    "#!/bin/sh\n"
+                                    "if [ \"$1\" != helper ]; then \"$0\" helper & fi\n"
+                                    "sleep 30\n");
+    ::chmod(program.c_str(), 0755);
+    tree.writeApplication(DesktopEntryTestTree::system + std::string("org.example.Waiting.desktop"),
+                          "Waiting", "quietly-waiting");
+    const pid_t main = startGroup({program.string()});
+    pid_t helper = 0;
+    ASSERT_TRUE(eventually([&] {
+        for (const pid_t pid : platform::x11::allProcessIdentifiers()) {
+            if (platform::x11::parentProcessIdentifier(pid) == main &&
+                platform::x11::ProcessInfo::read(pid).name == "quietly-waiting")
+                helper = pid;
+        }
+        return helper != 0;
+    }));
+    openDesktop();
+
+    const auto application = running(main);
+    ASSERT_TRUE(application);
+    EXPECT_EQ(application->bundleIdentifier(), "org.example.Waiting");
+    EXPECT_EQ(application->localizedName(), "Waiting");
+    EXPECT_FALSE(running(helper)) << "the helper is part of the application";
+}
+
+TEST_F(X11WorkspaceTest, TheFileManagerIsStartedToPlayTheFinder) {
+    tree.writeApplication(DesktopEntryTestTree::system + std::string("pcmanfm.desktop"),
+                          "File Manager PCManFM", "pcmanfm %U", "MimeType=inode/directory;\n");
+    openDesktop();
+    const auto finders = [&] {
+        std::vector<RunningApplicationRef> found;
+        for (const auto& app : workspace().runningApplications()) {
+            if (app->bundleIdentifier() == "com.apple.finder")
+                found.push_back(app);
+        }
+        return found;
+    };
+    ASSERT_EQ(finders().size(), 1u);
+    const auto finder = finders().front();
+    const pid_t pid = finder->processIdentifier();
+    startedGroups.push_back(pid);
+    EXPECT_EQ(finder->bundleURL(),
+              std::filesystem::path("/System/Library/CoreServices/Finder.app"));
+    EXPECT_EQ(finder->localizedName(), "File Manager PCManFM");
+    EXPECT_EQ(platform::x11::ProcessInfo::read(pid).commandLine,
+              (std::vector<std::string>{"pcmanfm", "--daemon-mode"}));
+
+    // Running already, it is found and not started again.
+    desktop.reset();
+    openDesktop();
+    ASSERT_EQ(finders().size(), 1u);
+    EXPECT_EQ(finders().front()->processIdentifier(), pid);
+}
+
+}  // namespace
+}  // namespace x11test

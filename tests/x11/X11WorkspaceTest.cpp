@@ -211,6 +211,21 @@ TEST_F(X11WorkspaceTest, AProcessOfAnInstalledApplicationRunsWithoutWindows) {
 }
 
 TEST_F(X11WorkspaceTest, TheFileManagerIsStartedToPlayTheFinder) {
+    // The file manager keeps one instance per user, found through a socket
+    // in the runtime folder: a private folder keeps other desktops' file
+    // managers out of this test.
+    const auto runtime = tree.root() / "runtime";
+    std::filesystem::create_directories(runtime);
+    const char* savedRuntime = std::getenv("XDG_RUNTIME_DIR");
+    const std::string saved = savedRuntime ? savedRuntime : "";
+    ::setenv("XDG_RUNTIME_DIR", runtime.c_str(), 1);
+    struct Restore {
+        std::string value;
+        bool wasSet;
+        ~Restore() {
+            wasSet ? ::setenv("XDG_RUNTIME_DIR", value.c_str(), 1) : ::unsetenv("XDG_RUNTIME_DIR");
+        }
+    } restore{saved, savedRuntime != nullptr};
     tree.writeApplication(DesktopEntryTestTree::system + std::string("pcmanfm.desktop"),
                           "File Manager PCManFM", "pcmanfm %U", "MimeType=inode/directory;\n");
     openDesktop();
@@ -229,8 +244,11 @@ TEST_F(X11WorkspaceTest, TheFileManagerIsStartedToPlayTheFinder) {
     EXPECT_EQ(finder->bundleURL(),
               std::filesystem::path("/System/Library/CoreServices/Finder.app"));
     EXPECT_EQ(finder->localizedName(), "File Manager PCManFM");
-    EXPECT_EQ(platform::x11::ProcessInfo::read(pid).commandLine,
-              (std::vector<std::string>{"pcmanfm", "--daemon-mode"}));
+    // Just started, the process may not have its arguments in place yet.
+    EXPECT_TRUE(eventually([&] {
+        return platform::x11::ProcessInfo::read(pid).commandLine ==
+               std::vector<std::string>{"pcmanfm", "--daemon-mode"};
+    }));
 
     // Running already, it is found and not started again.
     desktop.reset();

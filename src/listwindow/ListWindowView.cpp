@@ -64,12 +64,18 @@ std::vector<MenuEntry> menuEntries(ListWindowViewModel& model,
     return entries;
 }
 
+// The selection is always set once the model is built; the guard only keeps
+// a half-built state from crashing a draw.
+std::string selectedName(const ListWindowViewModel::WindowsState& state) {
+    return state.selectedApp ? displayName(*state.selectedApp) : std::string();
+}
+
 ListWindowView::Menu menu(ListWindowViewModel& model,
                           const ListWindowViewModel::WindowsState& state) {
     auto& defaults = quillbox::DefaultsManager::shared();
     const auto favorites = defaults.getValue(favoriteApps);
     const auto hidden = defaults.getValue(hiddenApps);
-    return {displayName(*state.selectedApp),
+    return {selectedName(state),
             menuEntries(model, appsIn(state.apps, AppGrouping::favorite), favorites, hidden),
             menuEntries(model, appsIn(state.apps, AppGrouping::track), favorites, hidden)};
 }
@@ -87,7 +93,7 @@ Content windowsContent(ListWindowViewModel& model, const ListWindowViewModel::Wi
     content.tree = ListWindowView::Tree::menuAndList;
     content.menu = menu(model, state);
     if (state.windows.empty())
-        content.emptyText = displayName(*state.selectedApp) + " currently has no open windows.";
+        content.emptyText = selectedName(state) + " currently has no open windows.";
     content.rows = rows(state.windows);
     return content;
 }

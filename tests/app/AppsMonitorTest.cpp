@@ -235,13 +235,6 @@ TEST_F(AppsMonitorTest, MovingAnAppThatIsntRunningOnlyChangesTheStoredSets) {
     EXPECT_EQ(changeCount, 0);
 }
 
-TEST_F(AppsMonitorTest, ALaterChangeOfTheStoredSetsWaitsForTheNextStart) {
-    startMonitor();
-    storeHidden({"com.example.TextEdit"});
-    EXPECT_EQ(tracked(), (Strings{"Finder", "Notes", "Preview", "Tarnwick", "TextEdit"}));
-    EXPECT_EQ(changeCount, 0);
-}
-
 TEST_F(AppsMonitorTest, GoingAwayStopsFollowingTheWorkspace) {
     using platform::WorkspaceNotification;
     auto& workspace = desktop.workspace();

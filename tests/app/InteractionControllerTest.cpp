@@ -49,7 +49,7 @@ TEST(InteractionControllerErrorTest, PrintsTheCaseWithTheCodesDebugTextAndShowsA
               "(tarnwick.InteractionController.Error error 4.)");
 }
 
-TEST_F(InteractionControllerTest, ListsWindowsFrontToBackAndAnAbsentListAsEmpty) {
+TEST_F(InteractionControllerTest, ListsWindowsFrontToBackAnAbsentListAsEmptyAndAFailureAsAnError) {
     const auto app = fileManager();
     std::vector<std::string> titles;
     for (const auto& window : controller.windows(*app))
@@ -60,14 +60,11 @@ TEST_F(InteractionControllerTest, ListsWindowsFrontToBackAndAnAbsentListAsEmpty)
                                         SimAXFault::error(platform::axError::noValue), nullptr,
                                         "AXWindows");
     EXPECT_TRUE(controller.windows(*app).empty());
-}
 
-TEST_F(InteractionControllerTest, AFailedReadIsAnAccessibilityError) {
     desktop.accessibility().injectFault(SimAXCall::copyAttributeValue,
                                         SimAXFault::error(platform::axError::cannotComplete),
                                         nullptr, "AXWindows");
-    EXPECT_EQ(errorOf([&] { controller.windows(*fileManager()); }),
-              Error::axError(AXError::cannotComplete));
+    EXPECT_EQ(errorOf([&] { controller.windows(*app); }), Error::axError(AXError::cannotComplete));
 }
 
 TEST_F(InteractionControllerTest, AMissingPermissionIsFoundBeforeTheAppIsAsked) {

@@ -38,15 +38,6 @@ TEST_F(ListWindowViewModelTest, OnlyTitledOrdinaryWindowsAreListedMinimisedOnesT
     EXPECT_EQ(titles(), (Strings{"Draft", "Letter.rtf", "Notes.txt"}));
 }
 
-TEST_F(ListWindowViewModelTest, AnAppWithoutTitledWindowsListsNone) {
-    auto untitled = SimWindowSpec::titled("");
-    untitled.title.reset();
-    addWindow(notes, untitled);
-    model->selectApp(notes);
-    EXPECT_TRUE(windowsState().windows.empty());
-    EXPECT_EQ(windowsState().selectedApp, notes);
-}
-
 TEST_F(ListWindowViewModelTest, SelectingAnEndedAppChangesNothing) {
     desktop.workspace().terminate(textEdit->processIdentifier());
     settle();

@@ -18,7 +18,11 @@ public:
                                                                  SearchPathDomain domain,
                                                                  bool create) = 0;
     virtual bool checkResourceIsReachable(const std::filesystem::path& path) = 0;
-    virtual std::vector<std::filesystem::path> applicationsDirectories() const { return {"/Applications"}; }
+    // The system's folders of installed applications: an application is an
+    // ordinary one when its bundle lies directly in one of them.
+    virtual std::vector<std::filesystem::path> applicationsDirectories() const {
+        return {"/Applications"};
+    }
 };
 
 // The desktop's file manager, showing files to the user.

@@ -1,0 +1,109 @@
+#include "listwindow/ListWindowViewModel.h"
+
+#include <algorithm>
+
+#include "platform/Platform.h"
+#include "support/Fatal.h"
+#include "support/StandardOutput.h"
+
+namespace tarnwick {
+
+namespace {
+
+using corvane::AXError;
+using corvane::UIElement;
+
+// Only ordinary windows with a title are listed: sheets, drawers and the
+// like report other roles, and untitled windows are helpers.
+bool isListable(const corvane::Application::Window& window) {
+    try {
+        const auto role = window.role();
+        if (!role || *role != UIElement::Role::window)
+            return false;
+    } catch (const AXError&) {
+        return false;
+    }
+    return !window.title().value_or("").empty();
+}
+
+platform::RunningApplicationRef runningFileManager() {
+    const auto running = platform::workspace().runningApplications();
+    auto it = std::find_if(running.begin(), running.end(), [](const auto& application) {
+        return application &&
+               application->bundleIdentifier() == ListWindowViewModel::finderBundleIdentifier;
+    });
+    return it == running.end() ? nullptr : *it;
+}
+
+}  // namespace
+
+ListWindowViewModel::ListWindowViewModel(
+    std::shared_ptr<InteractionController> interactionController,
+    std::shared_ptr<AppsMonitor> appsMonitor)
+    : state_(
+          WindowsState{{}, appsMonitor->runningApps(), platform::workspace().currentApplication()}),
+      interactionController_(std::move(interactionController)),
+      appsMonitor_(std::move(appsMonitor)) {
+    // The file manager's element is made here directly, past the monitor's
+    // cache.
+    auto finder = runningFileManager();
+    auto element = corvane::Application::fromRunningApplication(finder);
+    if (!element)
+        quillbox::fatalError("Can't find Finder (ironic naming though)");
+    app_ = {std::move(finder), std::move(element)};
+    refreshWindows();
+    startObserving();
+}
+
+void ListWindowViewModel::setState(State state) {
+    state_ = std::move(state);
+    stateChanged_.emit();
+}
+
+std::vector<ListWindowViewModel::WindowRef> ListWindowViewModel::listedWindows(
+    const std::vector<WindowRef>& windows) const {
+    std::vector<WindowRef> listed;
+    std::copy_if(windows.begin(), windows.end(), std::back_inserter(listed),
+                 [](const WindowRef& window) { return window && isListable(*window); });
+    return listed;
+}
+
+void ListWindowViewModel::refreshWindows() {
+    std::vector<WindowRef> windows;
+    try {
+        windows = interactionController_->windows(*app_.axApp);
+    } catch (const InteractionController::Error& error) {
+        setState(ErrorState{error});
+        return;
+    }
+    auto listed = listedWindows(windows);
+    setState(WindowsState{std::move(listed), appsMonitor_->runningApps(), app_.runningApp});
+}
+
+void ListWindowViewModel::startObserving() {
+    std::weak_ptr<ListWindowViewModel*> weakSelf = self_;
+    try {
+        observers_.push_back(interactionController_->observe(
+            *app_.axApp, [weakSelf](corvane::Observer&, const std::shared_ptr<UIElement>&,
+                                    const UIElement::AXNotification&) {
+                if (auto self = weakSelf.lock())
+                    (*self)->refreshWindows();
+            }));
+    } catch (const InteractionController::Error& error) {
+        quillbox::printLine("Error observing: " + error.description());
+    }
+}
+
+void ListWindowViewModel::selectApp(const platform::RunningApplicationRef& application) {
+    auto element = appsMonitor_->appElement(application);
+    if (!element)
+        return;
+    app_ = {application, std::move(element)};
+    for (const auto& observer : observers_)
+        observer->stop();
+    observers_.clear();
+    refreshWindows();
+    startObserving();
+}
+
+}  // namespace tarnwick

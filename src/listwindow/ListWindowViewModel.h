@@ -1,0 +1,88 @@
+#pragma once
+
+#include <memory>
+#include <variant>
+#include <vector>
+
+#include "accessibility/Application.h"
+#include "accessibility/Observer.h"
+#include "listwindow/InteractionController.h"
+#include "platform/Workspace.h"
+#include "support/Signal.h"
+#include "tracking/AppGrouping.h"
+#include "tracking/AppsMonitor.h"
+
+namespace tarnwick {
+
+// What the list window shows, as data: the selected application's titled
+// windows with a snapshot of the grouped applications for the menu, or the
+// error that prevented listing them. The file manager is selected at start.
+//
+// Nothing is refreshed on a timer or on showing the panel: only at
+// construction, at a selection, at a notification of the selected
+// application, and when a window action or a menu command asks.
+class ListWindowViewModel {
+  public:
+    using WindowRef = InteractionController::WindowRef;
+
+    struct WindowsState {
+        // In the order the application reported them; each had the window
+        // role and a non-empty title when it was read.
+        std::vector<WindowRef> windows;
+        // The monitor's groups as they stood at the refresh.
+        RunningApps apps;
+        platform::RunningApplicationRef selectedApp;
+    };
+    struct ErrorState {
+        InteractionController::Error error;
+    };
+    using State = std::variant<WindowsState, ErrorState>;
+
+    // The selected application in both worlds.
+    struct SelectedApp {
+        platform::RunningApplicationRef runningApp;
+        std::shared_ptr<corvane::Application> axApp;
+    };
+
+    static constexpr const char* finderBundleIdentifier = "com.apple.finder";
+
+    // Selects the file manager, lists its windows and follows them. A
+    // desktop without a file manager is a fatal stop.
+    ListWindowViewModel(std::shared_ptr<InteractionController> interactionController,
+                        std::shared_ptr<AppsMonitor> appsMonitor);
+    ListWindowViewModel(const ListWindowViewModel&) = delete;
+    ListWindowViewModel& operator=(const ListWindowViewModel&) = delete;
+
+    const State& state() const { return state_; }
+    // Sent at every assignment of the state, even of equal content.
+    quillbox::Signal<>& stateChanged() { return stateChanged_; }
+
+    // Lists the selected application's windows anew and replaces the state.
+    void refreshWindows();
+    // Subscribes to the selected application's window notifications; a
+    // failure is printed and leaves the list without updates.
+    void startObserving();
+    // Nothing at all happens for an application without an element (one
+    // that has ended).
+    void selectApp(const platform::RunningApplicationRef& application);
+
+    const SelectedApp& app() const { return app_; }
+    const std::vector<std::shared_ptr<corvane::Observer>>& observers() const { return observers_; }
+    AppsMonitor& appsMonitor() const { return *appsMonitor_; }
+    InteractionController& interactionController() const { return *interactionController_; }
+
+  private:
+    void setState(State state);
+    std::vector<WindowRef> listedWindows(const std::vector<WindowRef>& windows) const;
+
+    State state_;
+    quillbox::Signal<> stateChanged_;
+    std::vector<std::shared_ptr<corvane::Observer>> observers_;
+    SelectedApp app_;
+    std::shared_ptr<InteractionController> interactionController_;
+    std::shared_ptr<AppsMonitor> appsMonitor_;
+    // Observer callbacks hold the model weakly through this.
+    std::shared_ptr<ListWindowViewModel*> self_ = std::make_shared<ListWindowViewModel*>(this);
+};
+
+}  // namespace tarnwick

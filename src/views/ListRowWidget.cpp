@@ -14,13 +14,16 @@ namespace {
 
 constexpr int verticalPadding = 4;
 constexpr int spacing = 6;
-constexpr double rowFontPoints = 12;
+// The program's points are Qt's device-independent pixels, as everywhere
+// at the seam, so the row's text keeps its size next to the panel's
+// paddings and the round buttons on every screen.
+constexpr int rowFontPoints = 12;
 
 }  // namespace
 
 QFont listRowFont() {
     QFont font = QApplication::font();
-    font.setPointSizeF(rowFontPoints);
+    font.setPixelSize(rowFontPoints);
     return font;
 }
 
@@ -44,6 +47,8 @@ ListRowWidget::ListRowWidget(ListRow row, tarnwick::ListWindowView::Coordinator&
     title_->setWordWrap(false);
     title_->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
     title_->setAttribute(Qt::WA_TransparentForMouseEvents);
+    // Borderless: the title is the panel's text, not a button's.
+    title_->setForegroundRole(QPalette::WindowText);
     layout->addWidget(title_, 0, Qt::AlignVCenter);
     layout->addStretch(1);
 

@@ -15,8 +15,8 @@ PaintedIconEngine::PaintedIconEngine(QString name, Painter painter, std::optiona
 
 QColor PaintedIconEngine::colorFor(QIcon::Mode mode) const {
     const QPalette palette = QGuiApplication::palette();
-    QColor color = color_.value_or(palette.color(
-        mode == QIcon::Selected ? QPalette::HighlightedText : QPalette::WindowText));
+    QColor color = color_.value_or(
+        palette.color(mode == QIcon::Selected ? QPalette::HighlightedText : QPalette::WindowText));
     if (mode == QIcon::Disabled)
         color.setAlphaF(color.alphaF() * 0.4f);
     return color;
@@ -64,11 +64,10 @@ QIcon symbolIcon(const QString& name, std::optional<QColor> color) {
 }
 
 QIcon statusBarIcon() {
-    return QIcon(new PaintedIconEngine(
-        QStringLiteral("StatusBarIcon"),
-        [](QPainter& painter, const QRectF& bounds, const QColor&) {
-            paintStatusBarGlyph(painter, bounds);
-        }));
+    return QIcon(new PaintedIconEngine(QStringLiteral("StatusBarIcon"),
+                                       [](QPainter& painter, const QRectF& bounds, const QColor&) {
+                                           paintStatusBarGlyph(painter, bounds);
+                                       }));
 }
 
 }  // namespace platform::qt

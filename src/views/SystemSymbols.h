@@ -22,8 +22,7 @@ bool isDrawnSymbol(const QString& name);
 QPainterPath symbolPath(const QString& name, const QRectF& bounds);
 
 // Fills the symbol's outline in the colour, smoothly.
-void paintSymbol(QPainter& painter, const QRectF& bounds, const QString& name,
-                 const QColor& color);
+void paintSymbol(QPainter& painter, const QRectF& bounds, const QString& name, const QColor& color);
 
 // The colours of a window's close, minimise and zoom buttons.
 namespace titleBarColor {

@@ -21,9 +21,7 @@ class RecordingRowCoordinator final : public ListWindowView::ListRow::Coordinato
     void raiseWindow(const WindowRef& window) override { record("raiseWindow", window); }
     void closeWindow(const WindowRef& window) override { record("closeWindow", window); }
     void toggleMinimized(const WindowRef& window) override { record("toggleMinimized", window); }
-    void toggleFullScreen(const WindowRef& window) override {
-        record("toggleFullScreen", window);
-    }
+    void toggleFullScreen(const WindowRef& window) override { record("toggleFullScreen", window); }
 
     std::vector<std::string> actions() const {
         std::vector<std::string> names;

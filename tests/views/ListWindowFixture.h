@@ -26,8 +26,7 @@ using tarnwick::ListWindowView;
 class ListWindowTest : public corvane::testing::AccessibilityTest {
   protected:
     // Rows for the windows, in this order, each with a divider but the last.
-    std::vector<ListWindowView::Row> rowsFor(
-        const std::vector<platform::AXUIElementRef>& handles) {
+    std::vector<ListWindowView::Row> rowsFor(const std::vector<platform::AXUIElementRef>& handles) {
         std::vector<ListWindowView::Row> rows;
         for (const auto& handle : handles) {
             auto window = std::make_shared<corvane::Application::Window>(handle);

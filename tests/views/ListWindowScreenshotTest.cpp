@@ -3,12 +3,16 @@
 #include <QApplication>
 #include <QDir>
 #include <QLabel>
+#include <QMenu>
 #include <QPainter>
 #include <QPalette>
 #include <QPixmap>
+#include <QPushButton>
+#include <algorithm>
 #include <cstdlib>
 
 #include "ListWindowFixture.h"
+#include "QtTestSupport.h"
 #include "views/PaintedIcon.h"
 #include "views/StatusBarGlyph.h"
 #include "views/SystemSymbols.h"
@@ -42,8 +46,9 @@ void save(const QPixmap& picture, const QString& name) {
 }
 
 QColor centreOf(const QPixmap& picture, const QWidget& root, const QWidget& part) {
-    const QPoint centre = part.mapTo(&root, part.rect().center());
-    return picture.toImage().pixelColor(centre);
+    const QPointF centre =
+        QPointF(part.mapTo(&root, part.rect().center())) * picture.devicePixelRatio();
+    return picture.toImage().pixelColor(centre.toPoint());
 }
 
 class ListWindowScreenshot : public ListWindowTest {
@@ -74,6 +79,7 @@ TEST_F(ListWindowScreenshot, ThePanelInLightAndDarkWithOneRowUnderThePointer) {
     EXPECT_EQ(centreOf(light, *widget, *rows[0]->button(0)), platform::qt::titleBarColor::red());
     const QColor faint = centreOf(light, *widget, *rows[3]->button(2));
     EXPECT_GT(faint.lightness(), platform::qt::titleBarColor::green().lightness());
+    EXPECT_NEAR(rows[2]->title()->palette().color(QPalette::WindowText).alphaF(), 0.5, 0.01);
     // Under the pointer, the close mark is cut out of the red disc.
     EXPECT_NE(centreOf(light, *widget, *rows[1]->button(0)), platform::qt::titleBarColor::red());
 
@@ -102,12 +108,40 @@ TEST_F(ListWindowScreenshot, TheEmptyAndErrorPanels) {
     EXPECT_LT(picture.height(), 40);
 }
 
+TEST_F(ListWindowScreenshot, TheApplicationMenuWithAnEntryOpen) {
+    show(windowsContent({documents}));
+    auto* button = widget->tree()->findChild<QPushButton*>(QStringLiteral("appMenuButton"));
+    QMenu& menu = *button->menu();
+    menu.popup(button->mapToGlobal(QPoint(0, button->height())));
+    ASSERT_TRUE(runQtUntil([&] { return menu.isVisible(); }));
+    QAction* editor = menu.actions().at(2);
+    menu.setActiveAction(editor);
+    QMenu& submenu = *editor->menu();
+    submenu.popup(menu.mapToGlobal(menu.actionGeometry(editor).topRight()));
+    ASSERT_TRUE(runQtUntil([&] { return submenu.isVisible(); }));
+
+    const QPixmap main = menu.grab();
+    const QPixmap side = submenu.grab();
+    QPixmap both(main.width() + side.width() + 4, std::max(main.height(), side.height()));
+    both.setDevicePixelRatio(main.devicePixelRatio());
+    both.fill(Qt::transparent);
+    QPainter painter(&both);
+    painter.drawPixmap(0, 0, main);
+    painter.drawPixmap(main.width() / main.devicePixelRatio() + 4,
+                       menu.actionGeometry(editor).top(), side);
+    painter.end();
+    save(both, QStringLiteral("app-menu.png"));
+    submenu.hide();
+    menu.hide();
+}
+
 // A sheet of every symbol at three sizes on light and dark, and the status
 // glyph at its usual sizes.
 TEST(SymbolSheet, EverySymbolAndTheStatusGlyph) {
-    const QStringList names{"circle.fill",  "x.circle.fill",       "minus.circle.fill",
-                            "viewfinder.circle.fill", "circle", "checkmark.seal.fill",
-                            "xmark.seal.fill", "gear", "sparkle"};
+    const QStringList names{
+        "circle.fill", "x.circle.fill",       "minus.circle.fill", "viewfinder.circle.fill",
+        "circle",      "checkmark.seal.fill", "xmark.seal.fill",   "gear",
+        "sparkle"};
     const QList<int> sizes{14, 24, 48};
     const QList<QColor> colours{platform::qt::titleBarColor::red(),
                                 platform::qt::titleBarColor::yellow(),

@@ -162,9 +162,8 @@ TEST_F(ListWindowTest, APlainClickOnAnEntrySelectsAndItsSubmenuRunsTheGroupingCo
 
     editor->menu()->actions().at(1)->trigger();
     menu.actions().at(0)->menu()->actions().at(0)->trigger();
-    EXPECT_EQ(chosen,
-              (std::vector<std::string>{"select Editor", "select Notes", "Hide Editor",
-                                        "Unfavorite Files"}));
+    EXPECT_EQ(chosen, (std::vector<std::string>{"select Editor", "select Notes", "Hide Editor",
+                                                "Unfavorite Files"}));
 }
 
 TEST_F(ListWindowTest, RestingOnAnEntryOpensItsSubmenuWithoutSelecting) {
@@ -174,8 +173,8 @@ TEST_F(ListWindowTest, RestingOnAnEntryOpensItsSubmenuWithoutSelecting) {
     ASSERT_TRUE(runQtUntil([&] { return menu.isVisible(); }));
     QAction* editor = menu.actions().at(2);
     const QPoint point = menu.actionGeometry(editor).center();
-    QMouseEvent move(QEvent::MouseMove, point, menu.mapToGlobal(point), Qt::NoButton,
-                     Qt::NoButton, Qt::NoModifier);
+    QMouseEvent move(QEvent::MouseMove, point, menu.mapToGlobal(point), Qt::NoButton, Qt::NoButton,
+                     Qt::NoModifier);
     QCoreApplication::sendEvent(&menu, &move);
     EXPECT_TRUE(runQtUntil([&] { return editor->menu()->isVisible(); }));
     EXPECT_TRUE(chosen.empty());

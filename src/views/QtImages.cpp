@@ -3,6 +3,8 @@
 #include <QFile>
 #include <QString>
 
+#include "views/PaintedIcon.h"
+
 // Static libraries drop resources nobody refers to; this refers to ours.
 static void initialiseViewResources() {
     Q_INIT_RESOURCE(views);
@@ -13,6 +15,8 @@ namespace platform::qt {
 namespace {
 
 QIcon resourceIcon(const std::string& name) {
+    if (name == "StatusBarIcon")
+        return statusBarIcon();
     static const bool initialised = (initialiseViewResources(), true);
     (void)initialised;
     const QString path = QStringLiteral(":/images/%1.png").arg(QString::fromStdString(name));
@@ -25,8 +29,11 @@ QIcon iconFor(const Image& image) {
     switch (image.kind) {
         case Image::Kind::resource:
             return resourceIcon(image.name);
-        case Image::Kind::systemSymbol:
-            return QIcon::fromTheme(QString::fromStdString(image.name));
+        case Image::Kind::systemSymbol: {
+            const QString name = QString::fromStdString(image.name);
+            const QIcon drawn = symbolIcon(name);
+            return drawn.isNull() ? QIcon::fromTheme(name) : drawn;
+        }
         case Image::Kind::file:
             return QFile::exists(QString::fromStdString(image.path.string()))
                        ? QIcon(QString::fromStdString(image.path.string()))

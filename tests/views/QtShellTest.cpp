@@ -29,7 +29,7 @@ QStringList titlesOf(const QMenu& menu) {
 }
 
 void showMenu(QMenu& menu) {
-    emit menu.aboutToShow();
+    Q_EMIT menu.aboutToShow();
 }
 
 }  // namespace

@@ -1,0 +1,114 @@
+#include "views/ListRowWidget.h"
+
+#include <QApplication>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QPainter>
+#include <QPainterPath>
+
+#include "views/TrafficLightButton.h"
+
+namespace platform::qt {
+
+namespace {
+
+constexpr int verticalPadding = 4;
+constexpr int spacing = 6;
+// The program's points are Qt's device-independent pixels, as everywhere
+// at the seam, so the row's text keeps its size next to the panel's
+// paddings and the round buttons on every screen.
+constexpr int rowFontPoints = 12;
+
+}  // namespace
+
+QFont listRowFont() {
+    QFont font = QApplication::font();
+    font.setPixelSize(rowFontPoints);
+    return font;
+}
+
+ListRowWidget::ListRowWidget(ListRow row, tarnwick::ListWindowView::Coordinator& coordinator,
+                             QWidget* parent)
+    : QAbstractButton(parent), row_(std::move(row)), title_(new QLabel(this)) {
+    setFocusPolicy(Qt::NoFocus);
+    setFont(listRowFont());
+    setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+
+    auto* layout = new QHBoxLayout(this);
+    layout->setContentsMargins(0, verticalPadding, 0, verticalPadding);
+    layout->setSpacing(spacing);
+    for (auto& button : buttons_) {
+        button = new TrafficLightButton(this);
+        layout->addWidget(button, 0, Qt::AlignVCenter);
+    }
+    // The title keeps its whole text on one line and lets clicks through to
+    // the row.
+    title_->setTextFormat(Qt::PlainText);
+    title_->setWordWrap(false);
+    title_->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+    title_->setAttribute(Qt::WA_TransparentForMouseEvents);
+    // Borderless: the title is the panel's text, not a button's.
+    title_->setForegroundRole(QPalette::WindowText);
+    layout->addWidget(title_, 0, Qt::AlignVCenter);
+    layout->addStretch(1);
+
+    const auto window = row_.window();
+    connect(this, &QAbstractButton::clicked, this,
+            [&coordinator, window] { coordinator.raiseWindow(window); });
+    vmChanges_ = row_.vm().changed().connect([this] { redraw(); });
+    redraw();
+}
+
+ListRowWidget::~ListRowWidget() = default;
+
+void ListRowWidget::redraw() {
+    const ListRow::Drawing drawing = row_.draw();
+    for (std::size_t index = 0; index < buttons_.size(); ++index)
+        buttons_[index]->setButton(drawing.buttons[index]);
+
+    const QString title = QString::fromStdString(drawing.title);
+    QFont font = listRowFont();
+    font.setBold(drawing.bold);
+    font.setItalic(drawing.italic);
+    title_->setFont(font);
+    QPalette palette = this->palette();
+    QColor text = palette.color(QPalette::WindowText);
+    text.setAlphaF(static_cast<float>(drawing.opacity));
+    palette.setColor(QPalette::WindowText, text);
+    title_->setPalette(palette);
+    title_->setText(title);
+    setAccessibleName(title);
+}
+
+void ListRowWidget::enterEvent(QEnterEvent* event) {
+    QAbstractButton::enterEvent(event);
+    row_.vm().setShowButtonIcons(true);
+}
+
+void ListRowWidget::leaveEvent(QEvent* event) {
+    QAbstractButton::leaveEvent(event);
+    row_.vm().setShowButtonIcons(false);
+}
+
+// The title's colour is the palette's text colour made fainter, so a new
+// palette (a change to a dark theme) needs it worked out again.
+void ListRowWidget::changeEvent(QEvent* event) {
+    QAbstractButton::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange)
+        redraw();
+}
+
+// Borderless: only a press shows, as a soft tint behind the row.
+void ListRowWidget::paintEvent(QPaintEvent*) {
+    if (!isDown())
+        return;
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    QColor tint = palette().color(QPalette::WindowText);
+    tint.setAlphaF(0.08f);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(tint);
+    painter.drawRoundedRect(QRectF(rect()), 5, 5);
+}
+
+}  // namespace platform::qt

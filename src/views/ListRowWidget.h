@@ -1,0 +1,52 @@
+#pragma once
+
+#include <QAbstractButton>
+#include <array>
+
+#include "listwindow/ListWindowView.h"
+#include "platform/Subscription.h"
+
+class QLabel;
+
+namespace platform::qt {
+
+class TrafficLightButton;
+
+// One window of the list as a borderless button over the whole row: a
+// click anywhere but on the round buttons raises the window. The pointer
+// over the row shows the buttons' symbols. The row draws what its ListRow
+// computes, afresh whenever its state changes.
+class ListRowWidget final : public QAbstractButton {
+    Q_OBJECT
+
+  public:
+    using ListRow = tarnwick::ListWindowView::ListRow;
+
+    ListRowWidget(ListRow row, tarnwick::ListWindowView::Coordinator& coordinator,
+                  QWidget* parent = nullptr);
+    ~ListRowWidget() override;
+
+    const ListRow& row() const { return row_; }
+    TrafficLightButton* button(std::size_t index) const { return buttons_.at(index); }
+    QLabel* title() const { return title_; }
+
+    // Reads the window's attributes again and draws them.
+    void redraw();
+
+  protected:
+    void paintEvent(QPaintEvent* event) override;
+    void enterEvent(QEnterEvent* event) override;
+    void leaveEvent(QEvent* event) override;
+    void changeEvent(QEvent* event) override;
+
+  private:
+    ListRow row_;
+    std::array<TrafficLightButton*, 3> buttons_{};
+    QLabel* title_;
+    platform::Subscription vmChanges_;
+};
+
+// The system font at the size of a list row.
+QFont listRowFont();
+
+}  // namespace platform::qt

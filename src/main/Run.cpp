@@ -6,10 +6,12 @@
 #include <cstdlib>
 #include <string>
 
+#include "app/ApplicationEntry.h"
 #include "main/BuildInfo.h"
 #include "main/PlatformAssembly.h"
 #include "main/SignalPipe.h"
 #include "platform/x11/X11Connection.h"
+#include "views/ListWindowContentView.h"
 #include "views/QtApplication.h"
 #include "views/QtMainLoop.h"
 
@@ -52,6 +54,11 @@ int runOnDesktop(const CommandLine& commandLine, int& argc, char** argv) {
     auto assembly =
         simulated ? assembleSimulatedDesktop(loop) : assembleLinuxDesktop(loop, std::move(display));
     platform::ScopedInstall installed(assembly->services());
+
+    auto entry = ApplicationEntry::start(
+        {}, [](ListWindowView& view) { return platform::qt::makeListWindowContentView(view); });
+    entry.delegate->applicationWillFinishLaunching();
+    platform::mainLoop().post([&entry] { entry.delegate->applicationDidFinishLaunching(); });
 
     // Last, so that a stop asked for during start-up waits in the pipe until
     // the loop runs.

@@ -20,6 +20,10 @@ public:
     virtual bool checkResourceIsReachable(const std::filesystem::path& path) = 0;
     // The system's folders of installed applications: an application is an
     // ordinary one when its bundle lies directly in one of them.
+    // Where the preference files lie, given the user's library folder.
+    virtual std::filesystem::path preferencesDirectory(const std::filesystem::path& library) const {
+        return library / "Preferences";
+    }
     virtual std::vector<std::filesystem::path> applicationsDirectories() const {
         return {"/Applications"};
     }

@@ -7,11 +7,13 @@ namespace tarnwick {
 void addDefaultShortcutMigration() {
     quillbox::DefaultsManager::addMigration(quillbox::Migration(0, [] {
         auto& defaults = quillbox::DefaultsManager::shared();
-        if (defaults.getValue(activationShortcut)) return;
+        if (defaults.getValue(activationShortcut))
+            return;
         // Modifier symbols alone: the key code is "none" and the chord is the
         // three modifiers pressed together.
         auto shortcut = lirixkro::SRShortcut::shortcutWithKeyEquivalent("⌃⌥⇧");
-        if (!shortcut) return;
+        if (!shortcut)
+            return;
         defaults.setValue(lirixkro::SRShortcut::SelfCodable::fromShortcut(*shortcut),
                           activationShortcut);
     }));

@@ -1,11 +1,10 @@
-#include "settings/DefaultShortcutMigration.h"
-
 #include <gtest/gtest.h>
 
 #include "platform/Platform.h"
 #include "platform/PropertyListCodec.h"
 #include "platform/sim/SimMainLoop.h"
 #include "platform/sim/SimPreferencesStore.h"
+#include "settings/DefaultShortcutMigration.h"
 #include "settings/SettingsKeys.h"
 
 using platform::PropertyList;
@@ -14,7 +13,7 @@ using quillbox::DefaultsManager;
 namespace {
 
 class DefaultShortcutMigrationTest : public ::testing::Test {
-protected:
+  protected:
     DefaultShortcutMigrationTest() { DefaultsManager::clearMigrations(); }
     ~DefaultShortcutMigrationTest() override { DefaultsManager::clearMigrations(); }
 
@@ -46,8 +45,9 @@ TEST_F(DefaultShortcutMigrationTest, AFirstStartStoresTheChordAsABinaryPropertyL
     const auto& bytes = *stored->get<PropertyList::Data>();
     ASSERT_GE(bytes.size(), 8u);
     EXPECT_EQ(std::string(bytes.begin(), bytes.begin() + 8), "bplist00");
-    EXPECT_EQ(platform::PropertyListCodec::decode(bytes),
-              PropertyList(PropertyList::Dictionary{{"keyCode", 65535u}, {"modifierFlags", 917504u}}));
+    EXPECT_EQ(
+        platform::PropertyListCodec::decode(bytes),
+        PropertyList(PropertyList::Dictionary{{"keyCode", 65535u}, {"modifierFlags", 917504u}}));
     EXPECT_EQ(store.objectForKey("com.quillbox.defaultsVersion"), PropertyList(0));
 }
 

@@ -65,6 +65,11 @@ std::vector<std::shared_ptr<SimRunningApplication>> SimDesktop::populateSampleAp
         workspace_.addRunning(
             sampleInfo(303, "com.example.Notes", "Notes", "/Applications/Notes.app")),
     };
+    for (std::size_t i = 1; i < apps.size(); ++i) {
+        const auto& info = apps[i]->info();
+        bundles_.addBundle(*info.bundleURL, info.bundleIdentifier,
+                           PropertyList::Dictionary{{"CFBundleName", *info.localizedName}});
+    }
     const char* titles[][3] = {{"Documents", "Downloads", "Pictures"},
                                {"Notes.txt", "Letter.rtf", nullptr},
                                {"Photo.jpg", nullptr, nullptr},

@@ -1,5 +1,7 @@
 #include "platform/x11/X11FileManager.h"
 
+#include "platform/x11/PlistFileStore.h"
+
 #include <algorithm>
 #include <system_error>
 
@@ -46,6 +48,10 @@ std::vector<std::filesystem::path> X11FileManager::applicationsDirectories() con
         return directory.lexically_normal() == own;
     });
     return directories;
+}
+
+std::filesystem::path X11FileManager::preferencesDirectory(const std::filesystem::path&) const {
+    return PlistFileStore::defaultPath("harrowmere.Tarnwick").parent_path();
 }
 
 }  // namespace platform::x11

@@ -30,6 +30,8 @@ class X11FileManager final : public FileManager {
                                                          bool create) override;
     bool checkResourceIsReachable(const std::filesystem::path& path) override;
     std::vector<std::filesystem::path> applicationsDirectories() const override;
+    // The preference file store's folder, whatever the library folder.
+    std::filesystem::path preferencesDirectory(const std::filesystem::path& library) const override;
 
   private:
     DesktopEntryDirectories directories_;

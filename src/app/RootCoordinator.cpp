@@ -1,0 +1,282 @@
+#include "app/RootCoordinator.h"
+
+#include <algorithm>
+
+#include "geometry/Distance.h"
+#include "platform/Platform.h"
+#include "settings/SettingsKeys.h"
+#include "shortcuts/SRShortcut.h"
+#include "support/DefaultsManager.h"
+#include "support/Fatal.h"
+
+namespace tarnwick {
+
+namespace {
+
+using platform::eventMaskFor;
+using platform::EventType;
+
+constexpr platform::EventMask shortcutMask =
+    eventMaskFor(EventType::keyDown) | eventMaskFor(EventType::flagsChanged);        // 5120
+constexpr platform::EventMask keyUpMask = eventMaskFor(EventType::keyUp);            // 2048
+constexpr platform::EventMask mouseMovedMask = eventMaskFor(EventType::mouseMoved);  // 32
+
+// Escape spares the panel only with all five of Shift, Control, Option,
+// Command and Function held.
+constexpr platform::ModifierFlags escapeSparingFlags = 0x9e0000;
+
+// The panel fades over this many points from its frame and closes there.
+constexpr double fadeDistance = 250;
+
+constexpr platform::WindowStyleMask listPanelStyle(platform::WindowStyleMask defaultMask) {
+    using namespace platform::windowStyle;
+    return (defaultMask & ~closable & ~fullScreen) | nonactivatingPanel | utilityWindow |
+           resizable | miniaturizable;
+}
+
+}  // namespace
+
+template <typename Handler>
+auto RootCoordinator::weakly(Handler handler) {
+    return [weak = std::weak_ptr<CoordinatorProtocol>(shared_from_this()),
+            handler](const platform::Event& event) {
+        if (auto self = weak.lock())
+            handler(static_cast<RootCoordinator&>(*self), event);
+    };
+}
+
+std::shared_ptr<RootCoordinator> RootCoordinator::make(ChildFactories factories,
+                                                       ContentViewFactory contentView) {
+    std::shared_ptr<RootCoordinator> root(
+        new RootCoordinator(std::move(factories), std::move(contentView)));
+    root->build();
+    return root;
+}
+
+RootCoordinator::RootCoordinator(ChildFactories factories, ContentViewFactory contentView)
+    : factories_(std::move(factories)), contentViewFactory_(std::move(contentView)) {}
+
+// The order matters: the model selects the file manager at its
+// construction, and the panel's content is built on the model.
+void RootCoordinator::build() {
+    activationController_ = std::make_shared<ActivationController>();
+    appsMonitor_ = std::make_shared<AppsMonitor>();
+    auto panel = platform::toolkit().makePanel();
+    auto controller = std::make_shared<platform::WindowController>(panel);
+    interactionController_ = std::make_shared<InteractionController>(controller);
+    listWindowViewModel_ =
+        std::make_shared<ListWindowViewModel>(interactionController_, appsMonitor_);
+    windowActions_ = std::make_unique<WindowActions>(*listWindowViewModel_);
+    listWindowView_ = std::make_unique<ListWindowView>(*listWindowViewModel_, *this);
+    if (contentViewFactory_)
+        panel->setContentView(contentViewFactory_(*listWindowView_));
+    configureListPanel(*panel);
+    mainWindowController_ = std::move(controller);
+    menuManager_ = std::make_unique<MenuBarManager>(
+        platform::statusBar().statusItemWithLength(platform::variableStatusItemLength), *this);
+    installShortcutMonitors();
+}
+
+void RootCoordinator::configureListPanel(platform::Window& panel) {
+    panel.setTitle("Tarnwick");
+    panel.setStyleMask(listPanelStyle(panel.styleMask()));
+    panel.setBecomesKeyOnlyIfNeeded(true);
+    panel.setLevel(platform::windowLevel::floating);
+    panel.setHidesOnDeactivate(false);
+}
+
+platform::WindowController& RootCoordinator::mainWindowController() const {
+    if (!mainWindowController_)
+        quillbox::fatalError("The list window's controller is not set");
+    return *mainWindowController_;
+}
+
+MenuBarManager& RootCoordinator::menuManager() const {
+    if (!menuManager_)
+        quillbox::fatalError("The status item's manager is not set");
+    return *menuManager_;
+}
+
+void RootCoordinator::start() {
+    const bool instructionsPending =
+        quillbox::DefaultsManager::shared().getValue(needsShowingInstructions);
+    // The first-run window that explains the shortcut and asks for the
+    // accessibility permission is a feature of its own; until it is there,
+    // a first run waits for the shortcut.
+    if (!instructionsPending)
+        presentListWindow();
+    menuManager().setUp();
+}
+
+void RootCoordinator::installShortcutMonitors() {
+    if (!shortcutMonitors_.empty())
+        return;
+    auto& monitors = platform::eventMonitors();
+    auto onShortcut = weakly([](RootCoordinator& self, const platform::Event& event) {
+        self.handleShortcutEvent(event);
+    });
+    auto onKeyUp = weakly(
+        [](RootCoordinator& self, const platform::Event& event) { self.handleEscapeKeyUp(event); });
+    // Local monitors hand every event back: the program never swallows a key.
+    shortcutMonitors_.push_back(monitors.addGlobalMonitor(shortcutMask, onShortcut));
+    shortcutMonitors_.push_back(monitors.addLocalMonitor(shortcutMask, [onShortcut](const auto& e) {
+        onShortcut(e);
+        return std::optional<platform::Event>(e);
+    }));
+    shortcutMonitors_.push_back(monitors.addGlobalMonitor(keyUpMask, onKeyUp));
+    shortcutMonitors_.push_back(monitors.addLocalMonitor(keyUpMask, [onKeyUp](const auto& e) {
+        onKeyUp(e);
+        return std::optional<platform::Event>(e);
+    }));
+    std::weak_ptr<CoordinatorProtocol> weak = shared_from_this();
+    frontmostObservers_.push_back(platform::workspace().observeFrontmostApplication(
+        true, [weak](const platform::RunningApplicationRef& application) {
+            if (auto self = weak.lock()) {
+                static_cast<RootCoordinator&>(*self).handleFrontmostApplication(application);
+            }
+        }));
+}
+
+void RootCoordinator::installMouseMonitors() {
+    if (!mouseMonitors_.empty())
+        return;
+    auto& monitors = platform::eventMonitors();
+    auto onLocal = weakly([](RootCoordinator& self, const platform::Event& event) {
+        self.handleMouseMoved(event, "Local");
+    });
+    mouseMonitors_.push_back(monitors.addLocalMonitor(mouseMovedMask, [onLocal](const auto& e) {
+        onLocal(e);
+        return std::optional<platform::Event>(e);
+    }));
+    mouseMonitors_.push_back(monitors.addGlobalMonitor(
+        mouseMovedMask, weakly([](RootCoordinator& self, const platform::Event& event) {
+            self.handleMouseMoved(event, "Global");
+        })));
+}
+
+void RootCoordinator::removeShortcutMonitors() {
+    for (const auto& token : shortcutMonitors_)
+        platform::eventMonitors().removeMonitor(token);
+    shortcutMonitors_.clear();
+}
+
+void RootCoordinator::removeMouseMonitors() {
+    for (const auto& token : mouseMonitors_)
+        platform::eventMonitors().removeMonitor(token);
+    mouseMonitors_.clear();
+}
+
+void RootCoordinator::handleShortcutEvent(const platform::Event& event) {
+    auto shortcut = lirixkro::SRShortcut::shortcutWithEvent(event);
+    if (!shortcut)
+        return;
+    // Read afresh for every event, so that a change in Settings works at once.
+    auto stored = quillbox::DefaultsManager::shared().getValue(activationShortcut);
+    if (!stored)
+        return;
+    if (lirixkro::SRShortcut::SelfCodable::fromShortcut(*shortcut) != *stored)
+        return;
+    presentListWindow();
+}
+
+void RootCoordinator::presentListWindow() {
+    placeListWindowAtMouse();
+    mainWindowController().window()->setAlphaValue(1.0);
+    mainWindowController().showWindow();
+    installMouseMonitors();
+}
+
+void RootCoordinator::placeListWindowAtMouse() {
+    const auto& window = mainWindowController().window();
+    if (!window)
+        quillbox::fatalError("The list window is missing");
+    const auto mouse = platform::eventMonitors().mouseLocation();
+    const auto frame = window->frame();
+    // Centred on the pointer and deliberately not kept on screen.
+    window->setFrameOrigin({mouse.x - frame.size.width * 0.5, mouse.y - frame.size.height * 0.5});
+}
+
+void RootCoordinator::handleMouseMoved(const platform::Event&, const char*) {
+    const auto& window = mainWindowController().window();
+    if (!window)
+        return;
+    const auto mouse = platform::eventMonitors().mouseLocation();
+    const auto frame = window->frame();
+    if (frame.contains(mouse))
+        return;
+    const platform::CGPoint nearest{std::clamp(mouse.x, frame.minX(), frame.maxX()),
+                                    std::clamp(mouse.y, frame.minY(), frame.maxY())};
+    const double d = plumbline::distance(mouse, nearest);
+    const double alpha = std::clamp((fadeDistance - d) / fadeDistance, 0.0, 1.0);
+    window->setAlphaValue(alpha);
+    if (alpha <= 0.0) {
+        window->close();
+        removeMouseMonitors();
+    }
+}
+
+void RootCoordinator::handleEscapeKeyUp(const platform::Event& event) {
+    if (event.keyCode != platform::keycode::escape)
+        return;
+    if ((event.modifierFlags & escapeSparingFlags) == escapeSparingFlags)
+        return;
+    mainWindowController().close();
+}
+
+void RootCoordinator::handleFrontmostApplication(
+    const platform::RunningApplicationRef& application) {
+    const auto current = platform::workspace().currentApplication();
+    if (!application && !current)
+        return;
+    if (application && current && application->isEqual(*current))
+        return;
+    mainWindowController().close();
+}
+
+void RootCoordinator::showSettings() {
+    showChild(settingsCoordinator_, factories_.settings);
+}
+
+void RootCoordinator::showAbout() {
+    showChild(aboutCoordinator_, factories_.about);
+}
+
+void RootCoordinator::showChild(CoordinatorProtocol::Ref& slot, const ChildFactory& factory) {
+    if (slot) {
+        if (const auto& window = slot->rootController().window()) {
+            activationController_->bringToFront(window);
+        }
+        return;
+    }
+    if (!factory)
+        return;
+    auto child = factory(*this);
+    childCoordinators().push_back(child);
+    activationController_->bringToFront(child->rootController().window());
+    slot = std::move(child);
+}
+
+void RootCoordinator::checkForUpdates() {
+    // Update checks arrive with the update controller; the menu item is
+    // already in place.
+}
+
+void RootCoordinator::quit() {
+    platform::application().terminate();
+}
+
+void RootCoordinator::willFinish() {
+    mainWindowController().close();
+    removeShortcutMonitors();
+}
+
+void RootCoordinator::childDidFinish(const CoordinatorProtocol& child) {
+    removeChild(childCoordinators(), child);
+    if (settingsCoordinator_.get() == &child) {
+        settingsCoordinator_.reset();
+    } else if (aboutCoordinator_.get() == &child) {
+        aboutCoordinator_.reset();
+    }
+}
+
+}  // namespace tarnwick

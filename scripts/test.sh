@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
 # Builds Tarnwick and runs every test: unit and scenario tests, the X11 and
-# end-to-end tests on a virtual desktop of their own, and the unit tests again
-# under AddressSanitizer and UndefinedBehaviorSanitizer.
+# end-to-end tests on a virtual desktop of their own, the unit tests again
+# under AddressSanitizer and UndefinedBehaviorSanitizer, and a short run of
+# each fuzz target. The 30-second X11 soak runs with: ctest -L soak.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 scripts/setup.sh
@@ -13,4 +14,8 @@ if [ "${TARNWICK_SKIP_SANITIZERS:-0}" != 1 ]; then
   scripts/build.sh build-asan -DTARNWICK_SANITIZE=ON -DTARNWICK_BUILD_BENCHMARKS=OFF
   ASAN_OPTIONS=detect_leaks=0 UBSAN_OPTIONS=print_stacktrace=1 \
     ctest --test-dir build-asan --output-on-failure -j"$(nproc)" -L unit --timeout 300
+fi
+
+if [ "${TARNWICK_SKIP_FUZZERS:-0}" != 1 ]; then
+  scripts/fuzz.sh 15
 fi

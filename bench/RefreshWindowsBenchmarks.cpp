@@ -17,7 +17,7 @@
 
 namespace {
 
-using platform::sim::SimWindowSpec;
+using platform::sim::SimWindowSetup;
 
 void refreshWindows(benchmark::State& state) {
     const quillbox::CapturedOutput quiet;
@@ -26,10 +26,10 @@ void refreshWindows(benchmark::State& state) {
     const auto fileManager = desktop.populateSampleApplications().front();
     const auto count = static_cast<int>(state.range(0));
     for (int i = 3; i < count; ++i) {
-        auto spec = SimWindowSpec::titled("Window " + std::to_string(i));
+        auto setup = SimWindowSetup::titled("Window " + std::to_string(i));
         if (i % 5 == 0)
-            spec.title.reset();
-        desktop.accessibility().addWindow(fileManager->processIdentifier(), spec);
+            setup.title.reset();
+        desktop.accessibility().addWindow(fileManager->processIdentifier(), setup);
     }
     desktop.loop().runUntilIdle();
 

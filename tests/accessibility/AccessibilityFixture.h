@@ -13,7 +13,7 @@ namespace corvane::testing {
 using platform::CFValue;
 using platform::sim::SimAXCall;
 using platform::sim::SimAXFault;
-using platform::sim::SimWindowSpec;
+using platform::sim::SimWindowSetup;
 
 // A simulated desktop with one application, pid 100, that has two windows:
 // "Documents" (front, main) and "Downloads".
@@ -27,8 +27,8 @@ class AccessibilityTest : public ::testing::Test {
         info.bundleIdentifier = "com.example.Files";
         info.localizedName = "Files";
         workspace.addRunning(info);
-        downloads = sim.addWindow(appPid, SimWindowSpec::titled("Downloads"));
-        documents = sim.addWindow(appPid, SimWindowSpec::titled("Documents"));
+        downloads = sim.addWindow(appPid, SimWindowSetup::titled("Downloads"));
+        documents = sim.addWindow(appPid, SimWindowSetup::titled("Documents"));
         loop.runUntilIdle();
     }
 

@@ -81,7 +81,7 @@ TEST_F(ApplicationDeathTest, ObserverCreationStopsOnOtherErrors) {
 }
 
 TEST_F(ApplicationTest, WindowFromElementNeedsTheWindowRole) {
-    SimWindowSpec sheetSpec;
+    SimWindowSetup sheetSpec;
     sheetSpec.role = "AXSheet";
     const auto sheet = sim.addWindow(appPid, sheetSpec);
     EXPECT_EQ(Application::Window::fromElement(UIElement(sheet)), nullptr);
@@ -115,7 +115,7 @@ TEST_F(ApplicationTest, QuietPropertiesFallBackWhateverHappens) {
 }
 
 TEST_F(ApplicationTest, ThrowingAccessorsTellAbsenceFromFailure) {
-    const auto untitled = window(sim.addWindow(appPid, SimWindowSpec{}));
+    const auto untitled = window(sim.addWindow(appPid, SimWindowSetup{}));
     EXPECT_EQ(untitled->getTitle(), "Unknown");
     EXPECT_EQ(untitled->title(), std::nullopt);
     EXPECT_EQ(*untitled->getParent(), *application());

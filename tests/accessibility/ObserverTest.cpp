@@ -22,7 +22,7 @@ using ObserverDeathTest = ObserverTest;
 TEST_F(ObserverTest, DeliversOnTheLoopWithAPlainElement) {
     auto observer = makeObserver();
     observer->addNotification(N::windowCreated, *application());
-    const auto added = sim.addWindow(appPid, SimWindowSpec::titled("New"));
+    const auto added = sim.addWindow(appPid, SimWindowSetup::titled("New"));
     EXPECT_TRUE(received.empty());
     loop.runUntilIdle();
     ASSERT_EQ(received.size(), 1u);

@@ -74,10 +74,10 @@ TEST_F(SimAccessibilityTest, ZoomButtonTogglesFullScreenUnlessDisabled) {
     w->setAttribute("AXFullScreen", CFValue(false));
     EXPECT_FALSE(w->isFullScreen());
 
-    SimWindowSpec spec = SimWindowSpec::titled("Locked");
-    spec.closeButton.enabled = false;
-    spec.zoomButton.present = false;
-    const auto locked = window(sim.addWindow(appPid, spec));
+    SimWindowSetup setup = SimWindowSetup::titled("Locked");
+    setup.closeButton.enabled = false;
+    setup.zoomButton.present = false;
+    const auto locked = window(sim.addWindow(appPid, setup));
     EXPECT_EQ(locked->zoomButton(), nullptr);
     locked->closeButton()->performAction("AXPress");
     EXPECT_TRUE(sim.exists(locked->element()));
@@ -118,7 +118,7 @@ TEST_F(SimAccessibilityTest, ScriptedChangesSendTheirNotifications) {
     observer->addNotification(N::titleChanged, docs);
     sim.moveWindow(documents, {10, 20});
     sim.setTitle(documents, "Archive");
-    sim.addWindow(appPid, SimWindowSpec::titled("Fresh"));
+    sim.addWindow(appPid, SimWindowSetup::titled("Fresh"));
     EXPECT_EQ(events(), (Events{"AXMoved Archive", "AXTitleChanged Archive",
                                 "AXWindowCreated Fresh", "AXMainWindowChanged Fresh"}));
     EXPECT_EQ(window(documents)->position(), (platform::CGPoint{10, 20}));

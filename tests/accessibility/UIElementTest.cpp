@@ -157,7 +157,7 @@ TEST_F(UIElementTest, DescriptionsNameRoleDetailAndPid) {
         platform::AXUIElementRef element;
         std::string expected;
     };
-    sim.addWindow(appPid, SimWindowSpec{});
+    sim.addWindow(appPid, SimWindowSetup{});
     const auto untitled = sim.windows(appPid).front();
     const Case cases[] = {
         {documents, "<AXWindow \"Documents\" (pid=100)>"},

@@ -85,7 +85,7 @@ TEST_F(InteractionControllerTest, NewWindowsAreFollowedAndOlderOnesArent) {
     settle();
     EXPECT_TRUE(heard.empty());
 
-    const auto added = ax.addWindow(finder->processIdentifier(), SimWindowSpec::titled("New"));
+    const auto added = ax.addWindow(finder->processIdentifier(), SimWindowSetup::titled("New"));
     settle();
     ax.moveWindow(added, {20, 20});
     ax.setTitle(added, "Newer");
@@ -103,7 +103,7 @@ TEST_F(InteractionControllerTest, AFailedWindowSubscriptionOnlyPrints) {
     const auto observer = observeFileManager();
     ax.injectFault(SimAXCall::observerAddNotification,
                    SimAXFault::error(platform::axError::cannotComplete), nullptr, "AXMoved");
-    const auto added = ax.addWindow(finder->processIdentifier(), SimWindowSpec::titled("New"));
+    const auto added = ax.addWindow(finder->processIdentifier(), SimWindowSetup::titled("New"));
     settle();
 
     ASSERT_EQ(output.lines().size(), 1u);

@@ -14,7 +14,7 @@ namespace {
 namespace ax = platform::axError;
 using corvane::testing::SimAXCall;
 using corvane::testing::SimAXFault;
-using corvane::testing::SimWindowSpec;
+using corvane::testing::SimWindowSetup;
 using ListRow = ListWindowView::ListRow;
 
 // Rows over the simulated application's windows ("Documents" is main).
@@ -23,8 +23,8 @@ class ListRowTest : public corvane::testing::AccessibilityTest {
     ListRow rowFor(const platform::AXUIElementRef& handle) {
         return ListRow(window(handle), coordinator, std::make_shared<ListRow::VM>());
     }
-    platform::AXUIElementRef add(SimWindowSpec spec) {
-        auto handle = sim.addWindow(appPid, std::move(spec));
+    platform::AXUIElementRef add(SimWindowSetup setup) {
+        auto handle = sim.addWindow(appPid, std::move(setup));
         loop.runUntilIdle();
         return handle;
     }
@@ -66,9 +66,9 @@ TEST_F(ListRowTest, TheMainWindowIsBoldAndTheTitleIsReadAtEveryDrawing) {
 }
 
 TEST_F(ListRowTest, AMinimisedWindowIsItalicAtHalfOpacityUntilItComesBack) {
-    auto spec = SimWindowSpec::titled("Hidden away");
-    spec.minimized = true;
-    const auto row = rowFor(add(spec));
+    auto setup = SimWindowSetup::titled("Hidden away");
+    setup.minimized = true;
+    const auto row = rowFor(add(setup));
     auto drawing = row.draw();
     EXPECT_TRUE(drawing.italic);
     EXPECT_EQ(drawing.opacity, 0.5);
@@ -117,9 +117,9 @@ TEST_F(ListRowTest, EachButtonAsksForItsOwnActionOnTheRowsWindow) {
 }
 
 TEST_F(ListRowTest, ADisabledZoomButtonIsFaintAndStillCallsToggleFullScreen) {
-    auto spec = SimWindowSpec::titled("Fixed size");
-    spec.zoomButton.enabled = false;
-    const auto row = rowFor(add(spec));
+    auto setup = SimWindowSetup::titled("Fixed size");
+    setup.zoomButton.enabled = false;
+    const auto row = rowFor(add(setup));
     const auto drawing = row.draw();
     EXPECT_EQ(opacitiesOf(drawing), (std::vector<double>{1.0, 1.0, 0.2}));
     drawing.buttons[2].action();
@@ -127,9 +127,9 @@ TEST_F(ListRowTest, ADisabledZoomButtonIsFaintAndStillCallsToggleFullScreen) {
 }
 
 TEST_F(ListRowTest, AMissingOrUnreadableButtonIsFaint) {
-    auto spec = SimWindowSpec::titled("Sheet");
-    spec.closeButton.present = false;
-    const auto handle = add(spec);
+    auto setup = SimWindowSetup::titled("Sheet");
+    setup.closeButton.present = false;
+    const auto handle = add(setup);
     const auto row = rowFor(handle);
     EXPECT_EQ(opacitiesOf(row.draw()), (std::vector<double>{0.2, 1.0, 1.0}));
     EXPECT_EQ(row.draw().buttons[0].color, ListRow::Color::red);

@@ -33,8 +33,8 @@ class ListWindowModelDesktop : public TrackingDesktop {
             result.push_back(window->getTitle());
         return result;
     }
-    platform::AXUIElementRef addWindow(const AppRef& app, SimWindowSpec spec) {
-        return desktop.accessibility().addWindow(app->processIdentifier(), std::move(spec));
+    platform::AXUIElementRef addWindow(const AppRef& app, SimWindowSetup setup) {
+        return desktop.accessibility().addWindow(app->processIdentifier(), std::move(setup));
     }
 
     std::shared_ptr<AppsMonitor> monitor = std::make_shared<AppsMonitor>();

@@ -20,17 +20,17 @@ TEST_F(ListWindowViewModelTest, StartsOnTheFileManagerWithItsWindowsAndTheGroups
 }
 
 TEST_F(ListWindowViewModelTest, OnlyTitledOrdinaryWindowsAreListedMinimisedOnesToo) {
-    auto untitled = SimWindowSpec::titled("");
+    auto untitled = SimWindowSetup::titled("");
     untitled.title.reset();
     addWindow(textEdit, untitled);
-    addWindow(textEdit, SimWindowSpec::titled(""));
-    auto sheet = SimWindowSpec::titled("Save");
+    addWindow(textEdit, SimWindowSetup::titled(""));
+    auto sheet = SimWindowSetup::titled("Save");
     sheet.role = "AXSheet";
     addWindow(textEdit, sheet);
-    auto minimised = SimWindowSpec::titled("Draft");
+    auto minimised = SimWindowSetup::titled("Draft");
     minimised.minimized = true;
     addWindow(textEdit, minimised);
-    const auto unreadable = addWindow(textEdit, SimWindowSpec::titled("Unreadable"));
+    const auto unreadable = addWindow(textEdit, SimWindowSetup::titled("Unreadable"));
     desktop.accessibility().injectFault(SimAXCall::copyAttributeValue,
                                         SimAXFault::error(platform::axError::cannotComplete),
                                         unreadable, "AXRole");
@@ -55,11 +55,11 @@ TEST_F(ListWindowViewModelTest, AfterASelectionOnlyTheNewAppsNotificationsRefres
     EXPECT_EQ(desktop.accessibility().liveObserverCount(), 1u);
     changeCount = 0;
 
-    addWindow(finder, SimWindowSpec::titled("Elsewhere"));
+    addWindow(finder, SimWindowSetup::titled("Elsewhere"));
     settle();
     EXPECT_EQ(changeCount, 0);
 
-    addWindow(preview, SimWindowSpec::titled("Scan.png"));
+    addWindow(preview, SimWindowSetup::titled("Scan.png"));
     settle();
     EXPECT_GE(changeCount, 1);
     EXPECT_EQ(titles(), (Strings{"Scan.png", "Photo.jpg"}));
@@ -75,7 +75,7 @@ TEST_F(ListWindowViewModelTest, AFailedSubscriptionListsOnceAndThenStopsFollowin
     EXPECT_TRUE(model->observers().empty());
 
     changeCount = 0;
-    addWindow(preview, SimWindowSpec::titled("Scan.png"));
+    addWindow(preview, SimWindowSetup::titled("Scan.png"));
     settle();
     EXPECT_EQ(changeCount, 0);
 }
@@ -129,7 +129,7 @@ TEST_F(ListWindowViewModelTest, TheSelectedAppEndingShowsOnlyAtTheNextRefresh) {
 }
 
 TEST_F(ListWindowViewModelTest, NotificationsAfterTheModelIsGoneAreIgnored) {
-    addWindow(finder, SimWindowSpec::titled("Late"));  // delivery under way
+    addWindow(finder, SimWindowSetup::titled("Late"));  // delivery under way
     model.reset();
     settle();
     EXPECT_EQ(desktop.accessibility().liveObserverCount(), 0u);

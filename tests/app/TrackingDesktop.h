@@ -22,7 +22,7 @@ using platform::PropertyList;
 using platform::sim::SimAXCall;
 using platform::sim::SimAXFault;
 using platform::sim::SimRunningApplication;
-using platform::sim::SimWindowSpec;
+using platform::sim::SimWindowSetup;
 using AppRef = std::shared_ptr<SimRunningApplication>;
 
 // The sample desktop: the file manager (pid 300, windows "Pictures",

@@ -13,8 +13,8 @@ class WindowActionsTest : public ListWindowModelDesktop {
         changeCount = 0;
     }
     // A window of TextEdit, in front.
-    ListWindowViewModel::WindowRef window(SimWindowSpec spec) {
-        handle = addWindow(textEdit, std::move(spec));
+    ListWindowViewModel::WindowRef window(SimWindowSetup setup) {
+        handle = addWindow(textEdit, std::move(setup));
         settle();
         changeCount = 0;
         return std::make_shared<corvane::Application::Window>(handle);
@@ -50,7 +50,7 @@ TEST_F(WindowActionsTest, RaisingBringsTheAppForwardThenTheWindowWithoutARefresh
 }
 
 TEST_F(WindowActionsTest, AWindowIsRaisedEvenWhenItsAppRefusesToComeForward) {
-    const auto draft = window(SimWindowSpec::titled("Draft"));
+    const auto draft = window(SimWindowSetup::titled("Draft"));
     fail(SimAXCall::setAttributeValue, "AXFrontmost");
     actions.raiseWindow(draft);
     EXPECT_EQ(desktop.workspace().frontmostApplication(), finder);
@@ -64,7 +64,7 @@ TEST_F(WindowActionsTest, AWindowIsRaisedEvenWhenItsAppRefusesToComeForward) {
 }
 
 TEST_F(WindowActionsTest, ClosingPressesTheButtonAndTheRefreshDropsTheRow) {
-    const auto draft = window(SimWindowSpec::titled("Draft"));
+    const auto draft = window(SimWindowSetup::titled("Draft"));
     model->refreshWindows();
     ASSERT_EQ(titles().front(), "Draft");
     actions.closeWindow(draft);
@@ -72,10 +72,10 @@ TEST_F(WindowActionsTest, ClosingPressesTheButtonAndTheRefreshDropsTheRow) {
 }
 
 TEST_F(WindowActionsTest, WithoutItsButtonsAWindowIsOnlyRefreshed) {
-    auto spec = SimWindowSpec::titled("Palette");
-    spec.closeButton.present = false;
-    spec.zoomButton.present = false;
-    const auto palette = window(spec);
+    auto setup = SimWindowSetup::titled("Palette");
+    setup.closeButton.present = false;
+    setup.zoomButton.present = false;
+    const auto palette = window(setup);
     actions.closeWindow(palette);
     actions.toggleFullScreen(palette);
     EXPECT_EQ(titles().front(), "Palette");
@@ -85,7 +85,7 @@ TEST_F(WindowActionsTest, WithoutItsButtonsAWindowIsOnlyRefreshed) {
 }
 
 TEST_F(WindowActionsTest, MinimisingTogglesAndAFailedWriteIsPrinted) {
-    const auto draft = window(SimWindowSpec::titled("Draft"));
+    const auto draft = window(SimWindowSetup::titled("Draft"));
     actions.toggleMinimized(draft);
     EXPECT_EQ(flag("AXMinimized"), true);
     actions.toggleMinimized(draft);
@@ -99,9 +99,9 @@ TEST_F(WindowActionsTest, MinimisingTogglesAndAFailedWriteIsPrinted) {
 }
 
 TEST_F(WindowActionsTest, FullScreenIsLeftByTheAttributeAndEnteredByTheZoomButton) {
-    auto spec = SimWindowSpec::titled("Movie");
-    spec.fullScreen = true;
-    const auto movie = window(spec);
+    auto setup = SimWindowSetup::titled("Movie");
+    setup.fullScreen = true;
+    const auto movie = window(setup);
     actions.toggleFullScreen(movie);
     EXPECT_EQ(flag("AXFullScreen"), false);
     EXPECT_EQ(presses(), 0u);
@@ -114,9 +114,9 @@ TEST_F(WindowActionsTest, FullScreenIsLeftByTheAttributeAndEnteredByTheZoomButto
 }
 
 TEST_F(WindowActionsTest, FailuresOfTheFullScreenStepsArePrinted) {
-    auto spec = SimWindowSpec::titled("Movie");
-    spec.fullScreen = true;
-    const auto movie = window(spec);
+    auto setup = SimWindowSetup::titled("Movie");
+    setup.fullScreen = true;
+    const auto movie = window(setup);
     fail(SimAXCall::setAttributeValue, "AXFullScreen");
     actions.toggleFullScreen(movie);
     desktop.accessibility().clearFaults();

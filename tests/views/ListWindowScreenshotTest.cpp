@@ -54,9 +54,9 @@ QColor centreOf(const QPixmap& picture, const QWidget& root, const QWidget& part
 class ListWindowScreenshot : public ListWindowTest {
   protected:
     ListWindowView::Content desktop() {
-        auto minimised = corvane::testing::SimWindowSpec::titled("Quarterly Report.pdf");
+        auto minimised = corvane::testing::SimWindowSetup::titled("Quarterly Report.pdf");
         minimised.minimized = true;
-        auto fixed = corvane::testing::SimWindowSpec::titled("Connect to Server");
+        auto fixed = corvane::testing::SimWindowSetup::titled("Connect to Server");
         fixed.zoomButton.enabled = false;
         fixed.minimizeButton.enabled = false;
         fixed.becomesMain = false;

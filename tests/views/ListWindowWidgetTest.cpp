@@ -104,9 +104,9 @@ TEST_F(ListWindowTest, ARoundButtonRunsItsOwnActionAndTheRowRaises) {
 }
 
 TEST_F(ListWindowTest, AFaintButtonStillRunsItsAction) {
-    auto spec = corvane::testing::SimWindowSpec::titled("Fixed size");
-    spec.zoomButton.enabled = false;
-    const auto fixed = sim.addWindow(appPid, spec);
+    auto setup = corvane::testing::SimWindowSetup::titled("Fixed size");
+    setup.zoomButton.enabled = false;
+    const auto fixed = sim.addWindow(appPid, setup);
     show(windowsContent({fixed}));
     auto* zoom = rowWidgets().at(0)->button(2);
     EXPECT_EQ(zoom->opacity(), 0.2);
@@ -245,7 +245,7 @@ TEST_F(ListWindowTest, ThePanelGrowsAndShrinksWithItsContent) {
     QCoreApplication::processEvents();
     const double oneRow = panel->frame().size.height;
 
-    auto third = sim.addWindow(appPid, corvane::testing::SimWindowSpec::titled("Third"));
+    auto third = sim.addWindow(appPid, corvane::testing::SimWindowSetup::titled("Third"));
     redraw(windowsContent({documents, downloads, third}));
     ASSERT_TRUE(runQtUntil([&] { return panel->frame().size.height > oneRow; }));
     redraw(windowsContent({documents}));

@@ -23,7 +23,7 @@ namespace platform::sim {
 class SimWorkspace;
 
 // A window to add to a simulated process.
-struct SimWindowSpec {
+struct SimWindowSetup {
     struct Button {
         bool present = true;
         bool enabled = true;
@@ -42,10 +42,10 @@ struct SimWindowSpec {
     Button minimizeButton;
     Button zoomButton;
 
-    static SimWindowSpec titled(std::string text) {
-        SimWindowSpec spec;
-        spec.title = std::move(text);
-        return spec;
+    static SimWindowSetup titled(std::string text) {
+        SimWindowSetup setup;
+        setup.title = std::move(text);
+        return setup;
     }
 };
 
@@ -120,7 +120,7 @@ class SimAccessibility final : public Accessibility {
     AXUIElementRef addProcess(pid_t pid, std::string name = {});
     // Every element of the process answers invalidUIElement from now on.
     void endProcess(pid_t pid);
-    AXUIElementRef addWindow(pid_t pid, SimWindowSpec spec = {});
+    AXUIElementRef addWindow(pid_t pid, SimWindowSetup setup = {});
     // The window closes: "AXUIElementDestroyed".
     void removeWindow(const AXUIElementRef& window);
     void setTitle(const AXUIElementRef& window, std::optional<std::string> title);
@@ -215,7 +215,7 @@ class SimAccessibility final : public Accessibility {
     static std::optional<CGRect> frameOf(const Element& element);
     bool isWindow(const SimAXElementKey& key) const;
     AXUIElementRef addButton(Element& window, const std::string& attribute,
-                             const std::string& subrole, SimWindowSpec::Button spec);
+                             const std::string& subrole, SimWindowSetup::Button setup);
     AXErrorCode write(Element& element, const std::string& attribute, const CFValue& value);
     bool writeWindowState(const AXUIElementRef& window, const std::string& attribute,
                           const CFValue& value);

@@ -65,32 +65,32 @@ void SimAccessibility::endProcess(pid_t pid) {
     std::erase_if(elements_, [pid](const auto& entry) { return entry.first.pid == pid; });
 }
 
-AXUIElementRef SimAccessibility::addWindow(pid_t pid, SimWindowSpec spec) {
+AXUIElementRef SimAccessibility::addWindow(pid_t pid, SimWindowSetup setup) {
     if (!process(pid))
         addProcess(pid);
     const auto applicationHandle = elements_.at({pid, 0}).handle;
     const SimAXElementKey key{pid, ++lastElementId_};
     auto& window = makeElement(key, SimAXElementKey{pid, 0});
     window.attributes = {
-        {"AXRole", CFValue(spec.role)},
-        {"AXSubrole", CFValue(spec.subrole)},
+        {"AXRole", CFValue(setup.role)},
+        {"AXSubrole", CFValue(setup.subrole)},
         {"AXRoleDescription", CFValue("standard window")},
-        {"AXTitle", spec.title ? std::optional<CFValue>(*spec.title) : std::nullopt},
+        {"AXTitle", setup.title ? std::optional<CFValue>(*setup.title) : std::nullopt},
         {"AXMain", CFValue(false)},
         {"AXFocused", CFValue(false)},
-        {"AXMinimized", CFValue(spec.minimized)},
-        {"AXFullScreen", CFValue(spec.fullScreen)},
+        {"AXMinimized", CFValue(setup.minimized)},
+        {"AXFullScreen", CFValue(setup.fullScreen)},
         {"AXModal", CFValue(false)},
         {"AXParent", CFValue(applicationHandle)},
     };
     window.settable = {"AXMain",       "AXFocused",  "AXMinimized",
                        "AXFullScreen", "AXPosition", "AXSize"};
     window.actions = {{"AXRaise", "raise"}};
-    setFrame(window, spec.position, spec.size);
+    setFrame(window, setup.position, setup.size);
     CFValue::Array children;
-    for (const auto& [attribute, buttonSpec] : {std::pair{"AXCloseButton", spec.closeButton},
-                                                std::pair{"AXMinimizeButton", spec.minimizeButton},
-                                                std::pair{"AXZoomButton", spec.zoomButton}}) {
+    for (const auto& [attribute, buttonSpec] : {std::pair{"AXCloseButton", setup.closeButton},
+                                                std::pair{"AXMinimizeButton", setup.minimizeButton},
+                                                std::pair{"AXZoomButton", setup.zoomButton}}) {
         if (auto button = addButton(window, attribute, attribute, buttonSpec)) {
             children.emplace_back(std::move(button));
         }
@@ -100,14 +100,14 @@ AXUIElementRef SimAccessibility::addWindow(pid_t pid, SimWindowSpec spec) {
     order.insert(order.begin(), key.id);
     syncProcess(pid);
     notify(key, "AXWindowCreated");
-    if (spec.becomesMain && !spec.minimized)
+    if (setup.becomesMain && !setup.minimized)
         chooseMainWindow(pid, key.id);
     return window.handle;
 }
 
 AXUIElementRef SimAccessibility::addButton(Element& window, const std::string& attribute,
-                                           const std::string& subrole, SimWindowSpec::Button spec) {
-    if (!spec.present) {
+                                           const std::string& subrole, SimWindowSetup::Button setup) {
+    if (!setup.present) {
         window.attributes[attribute] = std::nullopt;
         return nullptr;
     }
@@ -115,7 +115,7 @@ AXUIElementRef SimAccessibility::addButton(Element& window, const std::string& a
     auto& button = makeElement({windowKey.pid, ++lastElementId_}, windowKey);
     button.attributes = {
         {"AXRole", CFValue("AXButton")},      {"AXSubrole", CFValue(subrole)},
-        {"AXEnabled", CFValue(spec.enabled)}, {"AXParent", CFValue(window.handle)},
+        {"AXEnabled", CFValue(setup.enabled)}, {"AXParent", CFValue(window.handle)},
         {"AXWindow", CFValue(window.handle)},
     };
     button.actions = {{"AXPress", "press"}};

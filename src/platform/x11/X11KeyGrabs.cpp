@@ -138,7 +138,13 @@ void X11KeyGrabs::ungrab(const KeyGrab& grab) {
     for (std::uint16_t lock : lockVariants()) {
         xcb_ungrab_key(connection_, grab.key, root_, grab.modifiers | lock);
     }
-    xcb_flush(connection_);
+    waitForServer();
+}
+
+// Another client may ask for the key right after we let go: wait until the
+// server has taken our release, so that it finds the key free.
+void X11KeyGrabs::waitForServer() const {
+    std::free(xcb_get_input_focus_reply(connection_, xcb_get_input_focus(connection_), nullptr));
 }
 
 std::vector<GrabOutcome> X11KeyGrabs::probe(const std::vector<KeyGrab>& grabs) {
@@ -155,7 +161,7 @@ std::vector<GrabOutcome> X11KeyGrabs::probe(const std::vector<KeyGrab>& grabs) {
             xcb_ungrab_key(connection_, grabs[i].key, root_, grabs[i].modifiers);
         }
     }
-    xcb_flush(connection_);
+    waitForServer();
     return outcomes;
 }
 

@@ -47,6 +47,7 @@ class X11KeyGrabs {
     std::vector<std::uint16_t> chordModifierCombinations() const;
 
   private:
+    void waitForServer() const;
     std::uint16_t lockMask() const { return XCB_MOD_MASK_LOCK | numLockMask_; }
     std::vector<std::uint16_t> lockVariants() const;
     void readModifierMapping();

@@ -169,7 +169,7 @@ pid_t connectionPidOf(const xcb_res_query_client_ids_reply_t* reply) {
         return 0;
     auto ids = xcb_res_query_client_ids_ids_iterator(reply);
     for (; ids.rem; xcb_res_client_id_value_next(&ids)) {
-        if (!(ids.data->spec.mask & XCB_RES_CLIENT_ID_MASK_LOCAL_CLIENT_PID))
+        if (!(reinterpret_cast<const xcb_res_client_id_spec_t*>(ids.data)->mask & XCB_RES_CLIENT_ID_MASK_LOCAL_CLIENT_PID))
             continue;
         if (xcb_res_client_id_value_value_length(ids.data) < 1)
             continue;
@@ -217,8 +217,8 @@ X11WindowFetch::X11WindowFetch(X11Connection& connection, xcb_window_t window, b
     geometry_ = xcb_get_geometry(c, window);
     origin_ = xcb_translate_coordinates(c, window, connection.root(), 0, 0);
     if (askOwner_) {
-        xcb_res_client_id_spec_t spec{window, XCB_RES_CLIENT_ID_MASK_LOCAL_CLIENT_PID};
-        owner_ = xcb_res_query_client_ids(c, 1, &spec);
+        xcb_res_client_id_spec_t clientId{window, XCB_RES_CLIENT_ID_MASK_LOCAL_CLIENT_PID};
+        owner_ = xcb_res_query_client_ids(c, 1, &clientId);
     }
 }
 

@@ -1,0 +1,82 @@
+// The preference file of a first start and of the starts after it: the
+// default chord is written once, as a binary property list of its key code
+// and flags, and never written again, also after the user removed it.
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <csignal>
+#include <cstdlib>
+#include <fstream>
+#include <iterator>
+#include <string>
+
+#include "RunningProgram.h"
+#include "platform/PropertyListCodec.h"
+
+using platform::PropertyList;
+using platform::PropertyListCodec;
+
+namespace {
+
+class FirstStartPreferencesTest : public ::testing::Test {
+  protected:
+    FirstStartPreferencesTest() {
+        char pattern[] = "/tmp/tarnwick-prefs.XXXXXX";
+        home_ = ::mkdtemp(pattern);
+        ::setenv("XDG_CONFIG_HOME", (home_ + "/config").c_str(), 1);
+        const std::string runtime = home_ + "/run";
+        ::mkdir(runtime.c_str(), 0700);
+        ::setenv("XDG_RUNTIME_DIR", runtime.c_str(), 1);
+    }
+    ~FirstStartPreferencesTest() override { std::system(("rm -rf '" + home_ + "'").c_str()); }
+
+    std::string file() const { return home_ + "/config/tarnwick/harrowmere.Tarnwick.plist"; }
+
+    // Starts the program, waits until it runs, and stops it.
+    void startAndStop() {
+        e2e::RunningProgram tarnwick(e2e::tarnwickExecutable(), {});
+        ASSERT_TRUE(tarnwick.waitUntilHandling(SIGTERM, 20)) << tarnwick.standardError();
+        tarnwick.sendSignal(SIGTERM);
+        ASSERT_EQ(tarnwick.waitForExit(10), (e2e::ExitStatus{true, 0}));
+    }
+
+    PropertyList::Dictionary read() const {
+        std::ifstream in(file(), std::ios::binary);
+        const std::string bytes((std::istreambuf_iterator<char>(in)), {});
+        auto list = PropertyListCodec::decode(std::string_view(bytes));
+        return list && list->dictionary() ? *list->dictionary() : PropertyList::Dictionary{};
+    }
+
+    void write(const PropertyList::Dictionary& dictionary) const {
+        const auto bytes = PropertyListCodec::encodeBinary(dictionary);
+        std::ofstream(file(), std::ios::binary)
+            .write(reinterpret_cast<const char*>(bytes.data()),
+                   static_cast<std::streamsize>(bytes.size()));
+    }
+
+    std::string home_;
+};
+
+}  // namespace
+
+TEST_F(FirstStartPreferencesTest, TheChordIsStoredOnceAndARemovedOneStaysRemoved) {
+    startAndStop();
+    auto stored = read();
+    ASSERT_TRUE(stored.count("activationShortcut")) << PropertyList(stored).debugDescription();
+    const auto* data = stored["activationShortcut"].get<PropertyList::Data>();
+    ASSERT_TRUE(data);
+    EXPECT_EQ(std::string(data->begin(), data->begin() + 8), "bplist00");
+    EXPECT_EQ(
+        PropertyListCodec::decode(*data),
+        PropertyList(PropertyList::Dictionary{{"keyCode", 65535u}, {"modifierFlags", 917504u}}));
+    EXPECT_EQ(stored["com.quillbox.defaultsVersion"], PropertyList(0));
+
+    startAndStop();
+    EXPECT_EQ(read(), stored);
+
+    stored.erase("activationShortcut");
+    write(stored);
+    startAndStop();
+    EXPECT_FALSE(read().count("activationShortcut"));
+}

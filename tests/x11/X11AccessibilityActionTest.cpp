@@ -1,4 +1,9 @@
 #include <gtest/gtest.h>
+#include <stdlib.h>
+#include <sys/stat.h>
+
+#include <filesystem>
+#include <string>
 
 #include "X11DesktopFixture.h"
 
@@ -117,6 +122,29 @@ TEST_F(X11AccessibilityActionTest, ARealTerminalIsListedAndClosesFromItsButton) 
     EXPECT_EQ(ax->performAction(elementOf(window, "AXCloseButton"), "AXPress"), axError::success);
     EXPECT_TRUE(eventually([&] { return windowsOf(terminal.pid()).empty(); }));
     EXPECT_TRUE(terminal.waitForExit(5));
+}
+
+TEST_F(X11AccessibilityActionTest, TheFileManagersFolderWindowIsListedMinimisedAndClosed) {
+    // A private runtime folder keeps another file manager instance from
+    // taking the window over.
+    char pattern[] = "/tmp/tarnwick-fm.XXXXXX";
+    const std::string home = ::mkdtemp(pattern);
+    const std::string folder = home + "/Folder of Tarnwick";
+    ::mkdir(folder.c_str(), 0700);
+    ::mkdir((home + "/run").c_str(), 0700);
+    ChildProcess fileManager({"env", "XDG_RUNTIME_DIR=" + home + "/run", "pcmanfm", folder});
+    const auto window = windowTitled(fileManager.pid(), "Folder of Tarnwick", 10);
+    ASSERT_TRUE(window) << "the file manager's window never appeared";
+    EXPECT_EQ(text(window, "AXRole"), "AXWindow");
+
+    EXPECT_EQ(ax->setAttributeValue(window, "AXMinimized", true), axError::success);
+    EXPECT_TRUE(eventually([&] { return flag(window, "AXMinimized"); }));
+    EXPECT_EQ(ax->setAttributeValue(window, "AXMinimized", false), axError::success);
+    EXPECT_TRUE(eventually([&] { return !flag(window, "AXMinimized"); }));
+
+    EXPECT_EQ(ax->performAction(elementOf(window, "AXCloseButton"), "AXPress"), axError::success);
+    EXPECT_TRUE(eventually([&] { return windowsOf(fileManager.pid()).empty(); }));
+    std::filesystem::remove_all(home);
 }
 
 }  // namespace

@@ -10,12 +10,15 @@
 #include <chrono>
 #include <cmath>
 #include <csignal>
+#include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <fstream>
 #include <functional>
 #include <optional>
 #include <string>
 #include <thread>
+#include <vector>
 
 #include "RunningProgram.h"
 
@@ -52,9 +55,38 @@ class Desktop {
             key(code, false);
     }
 
+    // Asks the window manager to activate the process's first managed
+    // window, as a pager would.
+    bool activateWindowOf(pid_t pid) {
+        auto clients = property(root_, "_NET_CLIENT_LIST", XCB_ATOM_WINDOW, 1024);
+        for (auto window : clients) {
+            auto owner = property(window, "_NET_WM_PID", XCB_ATOM_CARDINAL);
+            if (owner.empty() || static_cast<pid_t>(owner[0]) != pid)
+                continue;
+            xcb_client_message_event_t message{};
+            message.response_type = XCB_CLIENT_MESSAGE;
+            message.format = 32;
+            message.window = window;
+            message.type = atom("_NET_ACTIVE_WINDOW");
+            message.data.data32[0] = 2;  // from a pager
+            xcb_send_event(
+                connection_, 0, root_,
+                XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT | XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY,
+                reinterpret_cast<const char*>(&message));
+            sync();
+            return true;
+        }
+        return false;
+    }
+
+    pid_t activeProcess() {
+        auto owner = property(activeWindow(), "_NET_WM_PID", XCB_ATOM_CARDINAL);
+        return owner.empty() ? -1 : static_cast<pid_t>(owner[0]);
+    }
+
     xcb_window_t activeWindow() {
         auto value = property(root_, "_NET_ACTIVE_WINDOW", XCB_ATOM_WINDOW);
-        return value ? *value : XCB_NONE;
+        return value.empty() ? XCB_NONE : value[0];
     }
 
     // The viewable top-level window named "Tarnwick" of the process, with its
@@ -95,7 +127,7 @@ class Desktop {
         if (!viewable)
             return false;
         auto owner = property(window, "_NET_WM_PID", XCB_ATOM_CARDINAL);
-        return owner && static_cast<pid_t>(*owner) == pid && title(window) == "Tarnwick";
+        return !owner.empty() && static_cast<pid_t>(owner[0]) == pid && title(window) == "Tarnwick";
     }
 
     Geometry geometry(xcb_window_t window) {
@@ -125,20 +157,26 @@ class Desktop {
         return text;
     }
 
-    std::optional<uint32_t> property(xcb_window_t window, const char* name, xcb_atom_t type) {
-        auto atom = xcb_intern_atom_reply(
+    xcb_atom_t atom(const char* name) {
+        auto reply = xcb_intern_atom_reply(
             connection_, xcb_intern_atom(connection_, 0, std::strlen(name), name), nullptr);
-        if (!atom)
-            return std::nullopt;
+        const xcb_atom_t result = reply ? reply->atom : xcb_atom_t{XCB_ATOM_NONE};
+        std::free(reply);
+        return result;
+    }
+
+    std::vector<uint32_t> property(xcb_window_t window, const char* name, xcb_atom_t type,
+                                   uint32_t length = 1) {
         auto reply = xcb_get_property_reply(
-            connection_, xcb_get_property(connection_, 0, window, atom->atom, type, 0, 1), nullptr);
-        std::free(atom);
-        std::optional<uint32_t> value;
-        if (reply && xcb_get_property_value_length(reply) >= 4) {
-            value = *static_cast<const uint32_t*>(xcb_get_property_value(reply));
+            connection_, xcb_get_property(connection_, 0, window, atom(name), type, 0, length),
+            nullptr);
+        std::vector<uint32_t> values;
+        if (reply) {
+            const auto* data = static_cast<const uint32_t*>(xcb_get_property_value(reply));
+            values.assign(data, data + xcb_get_property_value_length(reply) / 4);
         }
         std::free(reply);
-        return value;
+        return values;
     }
 
     void sync() {
@@ -208,6 +246,58 @@ TEST_F(PanelOnDesktopTest, TheChordBringsThePanelToThePointerAndEscapeAndDistanc
     desktop.movePointer(640 + 200, 400);
     desktop.movePointer(1270, 790);
     EXPECT_TRUE(eventually([&] { return !desktop.shownPanel(tarnwick.pid()); }));
+
+    tarnwick.sendSignal(SIGTERM);
+    EXPECT_EQ(tarnwick.waitForExit(10), (e2e::ExitStatus{true, 0}));
+}
+
+TEST_F(PanelOnDesktopTest, AnotherApplicationComingForwardTakesThePanelAway) {
+    Desktop desktop;
+    e2e::RunningProgram first("/usr/bin/xterm", {"-T", "First application"});
+    e2e::RunningProgram second("/usr/bin/xterm", {"-T", "Second application"});
+    e2e::RunningProgram tarnwick(e2e::tarnwickExecutable(), {});
+    ASSERT_TRUE(tarnwick.waitUntilHandling(SIGTERM, 20)) << tarnwick.standardError();
+    ASSERT_TRUE(eventually([&] { return desktop.activateWindowOf(second.pid()); }, 10));
+    ASSERT_TRUE(eventually([&] { return desktop.activateWindowOf(first.pid()); }, 10));
+    ASSERT_TRUE(eventually([&] { return desktop.activeProcess() == first.pid(); }));
+
+    desktop.movePointer(300, 300);
+    desktop.pressChord();
+    ASSERT_TRUE(eventually([&] { return desktop.shownPanel(tarnwick.pid()).has_value(); }));
+    ASSERT_TRUE(desktop.activateWindowOf(second.pid()));
+    EXPECT_TRUE(eventually([&] { return !desktop.shownPanel(tarnwick.pid()); }));
+
+    tarnwick.sendSignal(SIGTERM);
+    EXPECT_EQ(tarnwick.waitForExit(10), (e2e::ExitStatus{true, 0}));
+}
+
+namespace {
+
+// Context switches of the process so far: a process that sleeps until an
+// event comes adds none while nothing happens.
+long contextSwitches(pid_t pid) {
+    std::ifstream status("/proc/" + std::to_string(pid) + "/status");
+    long total = 0;
+    for (std::string line; std::getline(status, line);) {
+        if (line.rfind("voluntary_ctxt_switches:", 0) == 0 ||
+            line.rfind("nonvoluntary_ctxt_switches:", 0) == 0) {
+            total += std::stol(line.substr(line.find(':') + 1));
+        }
+    }
+    return total;
+}
+
+}  // namespace
+
+TEST_F(PanelOnDesktopTest, AnIdleProgramDoesNotWakeUp) {
+    e2e::RunningProgram tarnwick(e2e::tarnwickExecutable(), {});
+    ASSERT_TRUE(tarnwick.waitUntilHandling(SIGTERM, 20)) << tarnwick.standardError();
+    std::this_thread::sleep_for(std::chrono::seconds(2));  // start-up settles
+    const long before = contextSwitches(tarnwick.pid());
+    std::this_thread::sleep_for(std::chrono::seconds(5));
+    const long wakeUps = contextSwitches(tarnwick.pid()) - before;
+    std::printf("wake-ups of the idle program in 5 s: %ld\n", wakeUps);
+    EXPECT_LE(wakeUps, 2);
 
     tarnwick.sendSignal(SIGTERM);
     EXPECT_EQ(tarnwick.waitForExit(10), (e2e::ExitStatus{true, 0}));

@@ -21,17 +21,7 @@ namespace {
 
 class FirstStartPreferencesTest : public ::testing::Test {
   protected:
-    FirstStartPreferencesTest() {
-        char pattern[] = "/tmp/tarnwick-prefs.XXXXXX";
-        home_ = ::mkdtemp(pattern);
-        ::setenv("XDG_CONFIG_HOME", (home_ + "/config").c_str(), 1);
-        const std::string runtime = home_ + "/run";
-        ::mkdir(runtime.c_str(), 0700);
-        ::setenv("XDG_RUNTIME_DIR", runtime.c_str(), 1);
-    }
-    ~FirstStartPreferencesTest() override { std::system(("rm -rf '" + home_ + "'").c_str()); }
-
-    std::string file() const { return home_ + "/config/tarnwick/harrowmere.Tarnwick.plist"; }
+    std::string file() const { return folders.preferenceFile(); }
 
     // Starts the program, waits until it runs, and stops it.
     void startAndStop() {
@@ -55,7 +45,7 @@ class FirstStartPreferencesTest : public ::testing::Test {
                    static_cast<std::streamsize>(bytes.size()));
     }
 
-    std::string home_;
+    e2e::PrivateFolders folders;
 };
 
 }  // namespace

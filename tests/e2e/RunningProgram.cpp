@@ -2,12 +2,14 @@
 
 #include <fcntl.h>
 #include <poll.h>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <chrono>
 #include <csignal>
 #include <cstdlib>
+#include <filesystem>
 #include <fstream>
 #include <stdexcept>
 
@@ -144,6 +146,24 @@ ProgramResult runTarnwick(const std::vector<std::string>& arguments, double seco
     RunningProgram program(tarnwickExecutable(), arguments, removedEnvironment);
     auto status = program.waitForExit(seconds);
     return {status, program.standardOutput(), program.standardError()};
+}
+
+PrivateFolders::PrivateFolders() {
+    char pattern[] = "/tmp/tarnwick-e2e.XXXXXX";
+    home_ = ::mkdtemp(pattern);
+    ::setenv("XDG_CONFIG_HOME", (home_ + "/config").c_str(), 1);
+    const std::string runtime = home_ + "/run";
+    ::mkdir(runtime.c_str(), 0700);
+    ::setenv("XDG_RUNTIME_DIR", runtime.c_str(), 1);
+}
+
+PrivateFolders::~PrivateFolders() {
+    std::error_code ignored;
+    std::filesystem::remove_all(home_, ignored);
+}
+
+std::string PrivateFolders::preferenceFile() const {
+    return home_ + "/config/tarnwick/harrowmere.Tarnwick.plist";
 }
 
 }  // namespace e2e

@@ -51,6 +51,23 @@ class RunningProgram {
     std::optional<ExitStatus> status_;
 };
 
+// Preferences, runtime files and the file manager's instance of the test's
+// own, in a temporary folder set as XDG_CONFIG_HOME and XDG_RUNTIME_DIR for
+// the programs started while it lives: each start is a first start.
+class PrivateFolders {
+  public:
+    PrivateFolders();
+    ~PrivateFolders();
+    PrivateFolders(const PrivateFolders&) = delete;
+    PrivateFolders& operator=(const PrivateFolders&) = delete;
+
+    // Where the program keeps its preferences.
+    std::string preferenceFile() const;
+
+  private:
+    std::string home_;
+};
+
 // The tarnwick executable of this build.
 inline const char* tarnwickExecutable() {
     return TARNWICK_EXECUTABLE;

@@ -14,6 +14,9 @@ template <typename... Ts>
 struct Overloaded : Ts... {
     using Ts::operator()...;
 };
+// Spelled out for compilers that don't deduce aggregate arguments yet.
+template <typename... Ts>
+Overloaded(Ts...) -> Overloaded<Ts...>;
 
 std::string number(double value) {
     std::ostringstream text;

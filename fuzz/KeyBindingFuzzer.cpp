@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <string>
 
+#include "FuzzDesktop.h"
 #include "platform/Platform.h"
 #include "platform/sim/SimKeyboardLayouts.h"
 #include "platform/sim/SimMainLoop.h"
@@ -13,26 +14,10 @@
 #include "shortcuts/SRShortcut.h"
 #include "shortcuts/SRShortcutFormatter.h"
 #include "shortcuts/SRSymbolicModifierFlagsTransformer.h"
-#include "support/Log.h"
 
-namespace {
+using fuzzing::installDesktopOnce;
 
-platform::sim::SimKeyboardLayouts& installDesktopOnce() {
-    static platform::sim::SimMainLoop loop;
-    static platform::sim::SimKeyboardLayouts layouts(loop);
-    static const bool installed = [] {
-        platform::Services services;
-        services.mainLoop = &loop;
-        services.keyboardLayouts = &layouts;
-        platform::install(services);
-        quillbox::Log::exchangeSink({});
-        return true;
-    }();
-    (void)installed;
-    return layouts;
-}
-
-}  // namespace
+namespace {}  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     auto& layouts = installDesktopOnce();

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <string>
 
+#include "FuzzDesktop.h"
 #include "platform/Platform.h"
 #include "platform/PropertyList.h"
 #include "platform/PropertyListCodec.h"
@@ -11,26 +12,13 @@
 #include "platform/sim/SimMainLoop.h"
 #include "shortcuts/SRShortcut.h"
 #include "support/Codable.h"
-#include "support/Log.h"
+
+using fuzzing::installDesktopOnce;
 
 namespace {
 
 using platform::PropertyList;
 using SelfCodable = lirixkro::SRShortcut::SelfCodable;
-
-void installDesktopOnce() {
-    static platform::sim::SimMainLoop loop;
-    static platform::sim::SimKeyboardLayouts layouts(loop);
-    static const bool installed = [] {
-        platform::Services services;
-        services.mainLoop = &loop;
-        services.keyboardLayouts = &layouts;
-        platform::install(services);
-        quillbox::Log::exchangeSink({});
-        return true;
-    }();
-    (void)installed;
-}
 
 // Builds an entry of a type the input chooses, so that the decoder meets
 // every kind of value under the keys it knows.

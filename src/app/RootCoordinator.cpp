@@ -34,6 +34,16 @@ constexpr platform::WindowStyleMask listPanelStyle(platform::WindowStyleMask def
            resizable | miniaturizable;
 }
 
+// A local monitor sees the event and hands it back unchanged: the program
+// never swallows a key or a move.
+platform::EventMonitors::LocalHandler passingThrough(
+    std::function<void(const platform::Event&)> handler) {
+    return [handler = std::move(handler)](const platform::Event& event) {
+        handler(event);
+        return std::optional<platform::Event>(event);
+    };
+}
+
 }  // namespace
 
 template <typename Handler>
@@ -117,17 +127,10 @@ void RootCoordinator::installShortcutMonitors() {
     });
     auto onKeyUp = weakly(
         [](RootCoordinator& self, const platform::Event& event) { self.handleEscapeKeyUp(event); });
-    // Local monitors hand every event back: the program never swallows a key.
     shortcutMonitors_.push_back(monitors.addGlobalMonitor(shortcutMask, onShortcut));
-    shortcutMonitors_.push_back(monitors.addLocalMonitor(shortcutMask, [onShortcut](const auto& e) {
-        onShortcut(e);
-        return std::optional<platform::Event>(e);
-    }));
+    shortcutMonitors_.push_back(monitors.addLocalMonitor(shortcutMask, passingThrough(onShortcut)));
     shortcutMonitors_.push_back(monitors.addGlobalMonitor(keyUpMask, onKeyUp));
-    shortcutMonitors_.push_back(monitors.addLocalMonitor(keyUpMask, [onKeyUp](const auto& e) {
-        onKeyUp(e);
-        return std::optional<platform::Event>(e);
-    }));
+    shortcutMonitors_.push_back(monitors.addLocalMonitor(keyUpMask, passingThrough(onKeyUp)));
     std::weak_ptr<CoordinatorProtocol> weak = shared_from_this();
     frontmostObservers_.push_back(platform::workspace().observeFrontmostApplication(
         true, [weak](const platform::RunningApplicationRef& application) {
@@ -144,10 +147,7 @@ void RootCoordinator::installMouseMonitors() {
     auto onLocal = weakly([](RootCoordinator& self, const platform::Event& event) {
         self.handleMouseMoved(event, "Local");
     });
-    mouseMonitors_.push_back(monitors.addLocalMonitor(mouseMovedMask, [onLocal](const auto& e) {
-        onLocal(e);
-        return std::optional<platform::Event>(e);
-    }));
+    mouseMonitors_.push_back(monitors.addLocalMonitor(mouseMovedMask, passingThrough(onLocal)));
     mouseMonitors_.push_back(monitors.addGlobalMonitor(
         mouseMovedMask, weakly([](RootCoordinator& self, const platform::Event& event) {
             self.handleMouseMoved(event, "Global");

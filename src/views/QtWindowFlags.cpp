@@ -12,7 +12,10 @@ Qt::WindowFlags titleBarFlags(WindowStyleMask styleMask) {
         flags |= Qt::WindowCloseButtonHint;
     if (styleMask & windowStyle::miniaturizable)
         flags |= Qt::WindowMinimizeButtonHint;
-    if (styleMask & windowStyle::resizable)
+    // A window that can be resized by its edges still has nothing to
+    // maximise to when its size follows its content; only a window that
+    // may go full screen gets the button that does so.
+    if (styleMask & windowStyle::fullScreen)
         flags |= Qt::WindowMaximizeButtonHint;
     return flags;
 }

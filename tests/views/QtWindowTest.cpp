@@ -107,6 +107,7 @@ TEST(QtWindow, StyleAndLevelBecomeWindowFlags) {
     EXPECT_EQ(panel & Qt::WindowType_Mask, Qt::Tool);
     EXPECT_TRUE(panel.testFlag(Qt::WindowDoesNotAcceptFocus));
     EXPECT_TRUE(panel.testFlag(Qt::WindowStaysOnTopHint));
+    EXPECT_FALSE(panel.testFlag(Qt::WindowMaximizeButtonHint));
 
     // Settings: titled, closable, full-size content, floating.
     const auto settings = windowFlagsFor(false, 4099, windowLevel::floating);

@@ -11,6 +11,7 @@
 #include "views/QtContentView.h"
 #include "views/QtWindowFlags.h"
 #include "views/ScreenCoordinates.h"
+#include "views/X11WindowState.h"
 
 namespace platform::qt {
 
@@ -93,22 +94,37 @@ void QtWindow::applyWindowFlags() {
     if (wasVisible) {
         widget_->move(position);
         show(false);
+    } else {
+        x11::requestFrameExtents(*widget_);
     }
 }
 
 CGRect QtWindow::frame() const {
-    return ScreenCoordinates::ofPrimaryScreen().toBottomLeft(widget_->frameGeometry());
+    return ScreenCoordinates::ofPrimaryScreen().toBottomLeft(expectedFrameGeometry());
+}
+
+// Qt knows the window manager's frame once the window was shown; before
+// that, the frame the window manager said it will draw is added, so that a
+// window first shown where it was placed doesn't move after its title bar
+// comes.
+QRect QtWindow::expectedFrameGeometry() const {
+    const QRect frame = widget_->frameGeometry();
+    if (frame != widget_->geometry())
+        return frame;
+    const auto extents = x11::frameExtents(*widget_);
+    return extents ? QRect(frame.topLeft(), frame.size().grownBy(*extents)) : frame;
 }
 
 void QtWindow::setFrameOrigin(CGPoint origin) {
     placedOrigin_ = origin;
-    heightWhenPlaced_ = widget_->frameGeometry().height();
+    heightWhenPlaced_ = expectedFrameGeometry().height();
     widget_->move(ScreenCoordinates::ofPrimaryScreen().topLeftFor(origin, heightWhenPlaced_));
 }
 
-// The window manager adds the title bar to the frame after the window first
-// shows, and the frame then reaches further down than placed. Placing it
-// again once keeps the bottom-left corner where it was put.
+// A window manager that didn't tell its frame beforehand adds the title bar
+// after the window first shows, and the frame then reaches further down than
+// placed. Placing it again once keeps the bottom-left corner where it was
+// put.
 void QtWindow::keepPlacedOrigin() {
     if (!awaitingDecoration_ || !placedOrigin_)
         return;

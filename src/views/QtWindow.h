@@ -7,6 +7,7 @@
 
 #include "platform/Window.h"
 
+class QRect;
 class QVBoxLayout;
 class QWidget;
 
@@ -64,6 +65,7 @@ class QtWindow final : public Window {
     class Widget;
 
     void applyWindowFlags();
+    QRect expectedFrameGeometry() const;
     void show(bool activating);
     void hideOnDeactivation();
     void keepPlacedOrigin();

@@ -70,13 +70,20 @@ void writeStates(xcb_connection_t* connection, xcb_window_t window, const StateA
                         static_cast<std::uint32_t>(states.size()), states.data());
 }
 
-// A mapped window asks the window manager, through the root window.
-void requestStates(xcb_connection_t* connection, xcb_window_t window, const StateAtoms& atoms,
-                   bool skip) {
+// Sends a client message about the window to the window manager.
+void sendToWindowManager(xcb_connection_t* connection, const xcb_client_message_event_t& message) {
     const xcb_setup_t* setup = xcb_get_setup(connection);
     xcb_screen_t* screen = xcb_setup_roots_iterator(setup).data;
     if (!screen)
         return;
+    xcb_send_event(connection, 0, screen->root,
+                   XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT | XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY,
+                   reinterpret_cast<const char*>(&message));
+}
+
+// A mapped window asks the window manager, through the root window.
+void requestStates(xcb_connection_t* connection, xcb_window_t window, const StateAtoms& atoms,
+                   bool skip) {
     xcb_client_message_event_t message{};
     message.response_type = XCB_CLIENT_MESSAGE;
     message.format = 32;
@@ -86,20 +93,20 @@ void requestStates(xcb_connection_t* connection, xcb_window_t window, const Stat
     message.data.data32[1] = atoms.skipTaskbar;
     message.data.data32[2] = atoms.skipPager;
     message.data.data32[3] = 1;  // from an application
-    xcb_send_event(connection, 0, screen->root,
-                   XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT | XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY,
-                   reinterpret_cast<const char*>(&message));
+    sendToWindowManager(connection, message);
+}
+
+// The X connection behind a top-level window; none off X11 (the offscreen
+// platform, say, has the interface with no connection behind it).
+xcb_connection_t* connectionFor(const QWidget& window) {
+    auto* x11 = qGuiApp ? qGuiApp->nativeInterface<QNativeInterface::QX11Application>() : nullptr;
+    return x11 && window.isWindow() ? x11->connection() : nullptr;
 }
 
 }  // namespace
 
 void setSkipTaskbarAndPager(QWidget& window, bool skip) {
-    auto* x11 = qGuiApp ? qGuiApp->nativeInterface<QNativeInterface::QX11Application>() : nullptr;
-    if (!x11 || !window.isWindow())
-        return;
-    // Off X11 (the offscreen platform, say) the interface is there with no
-    // connection behind it.
-    xcb_connection_t* connection = x11->connection();
+    xcb_connection_t* connection = connectionFor(window);
     if (!connection)
         return;
     const auto id = static_cast<xcb_window_t>(window.winId());
@@ -112,9 +119,43 @@ void setSkipTaskbarAndPager(QWidget& window, bool skip) {
     xcb_flush(connection);
 }
 
+void requestFrameExtents(QWidget& window) {
+    xcb_connection_t* connection = connectionFor(window);
+    if (!connection)
+        return;
+    xcb_client_message_event_t message{};
+    message.response_type = XCB_CLIENT_MESSAGE;
+    message.format = 32;
+    message.window = static_cast<xcb_window_t>(window.winId());
+    message.type = internAtom(connection, "_NET_REQUEST_FRAME_EXTENTS");
+    sendToWindowManager(connection, message);
+    xcb_flush(connection);
+}
+
+std::optional<QMargins> frameExtents(QWidget& window) {
+    xcb_connection_t* connection = connectionFor(window);
+    if (!connection)
+        return std::nullopt;
+    const auto id = static_cast<xcb_window_t>(window.winId());
+    const auto property = internAtom(connection, "_NET_FRAME_EXTENTS");
+    Reply<xcb_get_property_reply_t> reply(xcb_get_property_reply(
+        connection, xcb_get_property(connection, 0, id, property, XCB_ATOM_CARDINAL, 0, 4),
+        nullptr));
+    if (!reply || reply->format != 32 || xcb_get_property_value_length(reply.get()) != 16)
+        return std::nullopt;
+    // Left, right, top, bottom.
+    const auto* sides = static_cast<const std::uint32_t*>(xcb_get_property_value(reply.get()));
+    return QMargins(static_cast<int>(sides[0]), static_cast<int>(sides[2]),
+                    static_cast<int>(sides[1]), static_cast<int>(sides[3]));
+}
+
 #else
 
 void setSkipTaskbarAndPager(QWidget&, bool) {}
+void requestFrameExtents(QWidget&) {}
+std::optional<QMargins> frameExtents(QWidget&) {
+    return std::nullopt;
+}
 
 #endif
 

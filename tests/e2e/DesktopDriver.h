@@ -134,7 +134,7 @@ class Desktop {
         for (int i = 0; tree && i < xcb_query_tree_children_length(tree) && !found; ++i) {
             const auto child = xcb_query_tree_children(tree)[i];
             if (isOurPanel(child, pid))
-                found = geometry(child);
+                found = geometry(frame);
         }
         std::free(tree);
         return found;

@@ -73,6 +73,7 @@ TEST(ProgramLifecycle, SimulatedDesktopQuitsCleanlyOnTermAndInterrupt) {
 TEST(ProgramLifecycle, PlainStartOnTheDisplayQuitsCleanlyOnTermAndInterrupt) {
     if (!haveDisplay())
         GTEST_SKIP() << "needs an X display";
+    const e2e::PrivateFolders folders;
     EXPECT_EQ(startThenStop({}, SIGTERM), exitedWith(0));
     EXPECT_EQ(startThenStop({}, SIGINT), exitedWith(0));
 }

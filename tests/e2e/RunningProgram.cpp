@@ -54,6 +54,31 @@ bool isHandling(pid_t pid, int signal) {
     return false;
 }
 
+// Whether the process's environment holds exactly that variable setting.
+bool hasEnvironment(const std::filesystem::path& process, const std::string& setting) {
+    std::ifstream environ(process / "environ", std::ios::binary);
+    for (std::string entry; std::getline(environ, entry, '\0');) {
+        if (entry == setting)
+            return true;
+    }
+    return false;
+}
+
+// Ends the processes that still run in the folder, such as the file manager
+// the program started in the background, so that the next test meets none
+// of them.
+void stopProcessesLivingIn(const std::string& runtimeFolder) {
+    std::error_code ignored;
+    const std::string setting = "XDG_RUNTIME_DIR=" + runtimeFolder;
+    for (const auto& entry : std::filesystem::directory_iterator("/proc", ignored)) {
+        const auto name = entry.path().filename().string();
+        if (name.find_first_not_of("0123456789") == std::string::npos &&
+            hasEnvironment(entry.path(), setting)) {
+            ::kill(std::stoi(name), SIGTERM);
+        }
+    }
+}
+
 }  // namespace
 
 RunningProgram::RunningProgram(const std::string& executable,
@@ -158,6 +183,7 @@ PrivateFolders::PrivateFolders() {
 }
 
 PrivateFolders::~PrivateFolders() {
+    stopProcessesLivingIn(home_ + "/run");
     std::error_code ignored;
     std::filesystem::remove_all(home_, ignored);
 }

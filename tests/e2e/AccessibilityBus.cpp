@@ -1,0 +1,177 @@
+#include "AccessibilityBus.h"
+
+#include <atspi/atspi.h>
+#include <signal.h>
+#include <sys/wait.h>
+
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <deque>
+#include <string>
+#include <thread>
+
+namespace e2e {
+
+namespace {
+
+std::string taken(gchar* text) {
+    std::string result = text ? text : "";
+    g_free(text);
+    return result;
+}
+
+AccessibleNode read(AtspiAccessible* accessible, int depth = 0) {
+    AccessibleNode node;
+    node.role = taken(atspi_accessible_get_role_name(accessible, nullptr));
+    node.name = taken(atspi_accessible_get_name(accessible, nullptr));
+    if (AtspiComponent* component = atspi_accessible_get_component_iface(accessible)) {
+        if (AtspiRect* extents =
+                atspi_component_get_extents(component, ATSPI_COORD_TYPE_SCREEN, nullptr)) {
+            node = {node.role,      node.name,       extents->x, extents->y,
+                    extents->width, extents->height, {}};
+            g_free(extents);
+        }
+        g_object_unref(component);
+    }
+    const int count = depth < 16 ? atspi_accessible_get_child_count(accessible, nullptr) : 0;
+    for (int i = 0; i < count; ++i) {
+        if (AtspiAccessible* child = atspi_accessible_get_child_at_index(accessible, i, nullptr)) {
+            node.children.push_back(read(child, depth + 1));
+            g_object_unref(child);
+        }
+    }
+    return node;
+}
+
+// Runs the bus's events for a while.
+void dispatchFor(std::chrono::milliseconds time) {
+    const auto until = std::chrono::steady_clock::now() + time;
+    while (std::chrono::steady_clock::now() < until) {
+        while (g_main_context_iteration(nullptr, FALSE)) {
+        }
+        std::this_thread::sleep_for(std::chrono::milliseconds(5));
+    }
+}
+
+std::deque<AccessibleNode> shownMenus;
+
+bool isMenu(AtspiAccessible* accessible) {
+    const auto role = atspi_accessible_get_role(accessible, nullptr);
+    return role == ATSPI_ROLE_POPUP_MENU || role == ATSPI_ROLE_MENU;
+}
+
+// The event is ours to free.
+void noteShownMenu(AtspiEvent* event, void*) {
+    if (event->detail1 == 1 && event->source && isMenu(event->source))
+        shownMenus.push_back(read(event->source));
+    g_boxed_free(ATSPI_TYPE_EVENT, event);
+}
+
+// Starts a session bus daemon in the background; its process and address.
+std::optional<std::pair<pid_t, std::string>> startSessionBus() {
+    FILE* output = popen("dbus-daemon --session --fork --print-address=1 --print-pid=1", "r");
+    if (!output)
+        return std::nullopt;
+    char address[512] = {}, pid[32] = {};
+    const bool complete =
+        std::fgets(address, sizeof address, output) && std::fgets(pid, sizeof pid, output);
+    pclose(output);
+    if (!complete)
+        return std::nullopt;
+    std::string text = address;
+    text.erase(text.find_last_not_of('\n') + 1);
+    return std::pair{static_cast<pid_t>(std::atoi(pid)), text};
+}
+
+}  // namespace
+
+std::vector<const AccessibleNode*> AccessibleNode::flattened() const {
+    std::vector<const AccessibleNode*> nodes{this};
+    for (const auto& child : children) {
+        auto below = child.flattened();
+        nodes.insert(nodes.end(), below.begin(), below.end());
+    }
+    return nodes;
+}
+
+const AccessibleNode* AccessibleNode::find(const std::string& wantedRole,
+                                           const std::string& wantedName) const {
+    for (const auto* node : flattened()) {
+        if (node->role == wantedRole && node->name == wantedName)
+            return node;
+    }
+    return nullptr;
+}
+
+AccessibilityBus& AccessibilityBus::shared() {
+    static AccessibilityBus bus;
+    return bus;
+}
+
+AccessibilityBus::AccessibilityBus() {
+    auto bus = startSessionBus();
+    if (!bus)
+        return;
+    daemon_ = bus->first;
+    ::setenv("DBUS_SESSION_BUS_ADDRESS", bus->second.c_str(), 1);
+    // Programs publish their objects only when the accessibility bus runs
+    // as they start; asking for the desktop starts it.
+    ::setenv("QT_LINUX_ACCESSIBILITY_ALWAYS_ON", "1", 1);
+    up_ = atspi_init() == 0;
+    if (AtspiAccessible* desktop = up_ ? atspi_get_desktop(0) : nullptr) {
+        atspi_accessible_get_child_count(desktop, nullptr);
+        g_object_unref(desktop);
+    }
+}
+
+AccessibilityBus::~AccessibilityBus() {
+    if (up_)
+        atspi_exit();
+    ::unsetenv("DBUS_SESSION_BUS_ADDRESS");
+    ::unsetenv("QT_LINUX_ACCESSIBILITY_ALWAYS_ON");
+    if (daemon_ > 0)
+        ::kill(daemon_, SIGTERM);
+}
+
+std::optional<AccessibleNode> AccessibilityBus::application(const std::string& name,
+                                                            double seconds) {
+    const auto deadline = std::chrono::steady_clock::now() + std::chrono::duration<double>(seconds);
+    while (up_) {
+        AtspiAccessible* desktop = atspi_get_desktop(0);
+        // Programs that came and went since the last look are read afresh.
+        atspi_accessible_clear_cache(desktop);
+        std::optional<AccessibleNode> found;
+        const int count = atspi_accessible_get_child_count(desktop, nullptr);
+        for (int i = 0; i < count && !found; ++i) {
+            AtspiAccessible* application = atspi_accessible_get_child_at_index(desktop, i, nullptr);
+            if (application && taken(atspi_accessible_get_name(application, nullptr)) == name)
+                found = read(application);
+            if (application)
+                g_object_unref(application);
+        }
+        g_object_unref(desktop);
+        if (found || std::chrono::steady_clock::now() > deadline)
+            return found;
+        dispatchFor(std::chrono::milliseconds(50));
+    }
+    return std::nullopt;
+}
+
+void AccessibilityBus::watchMenus() {
+    AtspiEventListener* listener = atspi_event_listener_new(noteShownMenu, nullptr, nullptr);
+    atspi_event_listener_register(listener, "object:state-changed:showing", nullptr);
+}
+
+std::optional<AccessibleNode> AccessibilityBus::waitForMenu(double seconds) {
+    const auto deadline = std::chrono::steady_clock::now() + std::chrono::duration<double>(seconds);
+    while (shownMenus.empty() && std::chrono::steady_clock::now() < deadline)
+        dispatchFor(std::chrono::milliseconds(20));
+    if (shownMenus.empty())
+        return std::nullopt;
+    auto menu = std::move(shownMenus.front());
+    shownMenus.pop_front();
+    return menu;
+}
+
+}  // namespace e2e

@@ -1,0 +1,57 @@
+#pragma once
+
+// What a screen reader sees of the programs on the test display: a private
+// session bus with the accessibility bus behind it, and the trees of
+// accessible objects the programs publish there.
+#include <sys/types.h>
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace e2e {
+
+// An accessible object as a screen reader reads it: its role's name, its
+// name, its place on the screen and its children.
+struct AccessibleNode {
+    std::string role;
+    std::string name;
+    int x = 0, y = 0, width = 0, height = 0;
+    std::vector<AccessibleNode> children;
+
+    // This node and every one below it, depth first.
+    std::vector<const AccessibleNode*> flattened() const;
+    // The first node at or below this one with the role and name.
+    const AccessibleNode* find(const std::string& role, const std::string& name) const;
+};
+
+// A session bus of the test's own, set as DBUS_SESSION_BUS_ADDRESS for the
+// programs started after it, with the accessibility bus already up so that
+// they publish their objects from their start. One for the test process;
+// the tests that read it run a process each, as ctest runs them, since the
+// accessibility client library keeps what it read of earlier programs.
+class AccessibilityBus {
+  public:
+    static AccessibilityBus& shared();
+    ~AccessibilityBus();
+    AccessibilityBus(const AccessibilityBus&) = delete;
+    AccessibilityBus& operator=(const AccessibilityBus&) = delete;
+
+    bool isUp() const { return up_; }
+
+    // The tree of the application of that name, once it is published.
+    std::optional<AccessibleNode> application(const std::string& name, double seconds = 5);
+
+    // Starts noting pop-up menus as they show; waitForMenu returns the
+    // next one, read when it showed.
+    void watchMenus();
+    std::optional<AccessibleNode> waitForMenu(double seconds = 5);
+
+  private:
+    AccessibilityBus();
+
+    pid_t daemon_ = -1;
+    bool up_ = false;
+};
+
+}  // namespace e2e

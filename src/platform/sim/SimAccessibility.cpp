@@ -127,6 +127,34 @@ std::optional<SimAccessibility::Answer> SimAccessibility::intercept(SimAXCall ca
     return Answer{fault->code, std::move(fault->output)};
 }
 
+namespace {
+
+// How a fault's value reaches each kind of output.
+auto into(std::optional<CFValue>& output) {
+    return [&output](std::optional<CFValue> value) { output = std::move(value); };
+}
+template <typename Stored, typename Output>
+auto intoScalar(Output& output) {
+    return [&output](const std::optional<CFValue>& value) {
+        if (const auto* stored = value ? value->get<Stored>() : nullptr)
+            output = static_cast<Output>(*stored);
+    };
+}
+const auto nowhere = [](const std::optional<CFValue>&) {};
+
+}  // namespace
+
+template <typename Deliver, typename Body>
+AXErrorCode SimAccessibility::answer(SimAXCall call, const AXUIElementRef& element,
+                                     const std::string& name, Deliver deliver, Body body) {
+    if (auto fault = intercept(call, element, name)) {
+        deliver(std::move(fault->value));
+        return fault->code;
+    }
+    auto* found = find(element);
+    return found ? body(*found) : ax::invalidUIElement;
+}
+
 AXUIElementRef SimAccessibility::createApplication(pid_t pid) {
     return std::make_shared<SimAXUIElement>(SimAXElementKey{pid, 0});
 }
@@ -137,15 +165,11 @@ AXUIElementRef SimAccessibility::createSystemWide() {
 
 AXErrorCode SimAccessibility::copyAttributeNames(const AXUIElementRef& element,
                                                  std::optional<CFValue>& names) {
-    if (auto answer = intercept(SimAXCall::copyAttributeNames, element)) {
-        names = std::move(answer->value);
-        return answer->code;
-    }
-    const auto* found = find(element);
-    if (!found)
-        return ax::invalidUIElement;
-    names = nameArray(found->attributes);
-    return ax::success;
+    return answer(SimAXCall::copyAttributeNames, element, {}, into(names),
+                  [&](const Element& found) {
+                      names = nameArray(found.attributes);
+                      return ax::success;
+                  });
 }
 
 SimAccessibility::Answer SimAccessibility::readAttribute(const AXUIElementRef& element,
@@ -175,81 +199,60 @@ AXErrorCode SimAccessibility::copyAttributeValues(const AXUIElementRef& element,
                                                   const std::string& attribute, std::int64_t index,
                                                   std::int64_t maxValues,
                                                   std::optional<CFValue>& values) {
-    if (auto answer = intercept(SimAXCall::copyAttributeValues, element, attribute)) {
-        values = std::move(answer->value);
-        return answer->code;
-    }
-    const auto* found = find(element);
-    if (!found)
-        return ax::invalidUIElement;
-    auto it = found->attributes.find(attribute);
-    if (it == found->attributes.end())
-        return ax::attributeUnsupported;
-    if (!it->second)
-        return ax::noValue;
-    if (index < 0 || maxValues < 0)
-        return ax::illegalArgument;
-    values = slice(*it->second, index, maxValues);
-    return ax::success;
+    return answer(SimAXCall::copyAttributeValues, element, attribute, into(values),
+                  [&](const Element& found) {
+                      auto it = found.attributes.find(attribute);
+                      if (it == found.attributes.end())
+                          return ax::attributeUnsupported;
+                      if (!it->second)
+                          return ax::noValue;
+                      if (index < 0 || maxValues < 0)
+                          return ax::illegalArgument;
+                      values = slice(*it->second, index, maxValues);
+                      return ax::success;
+                  });
 }
 
 AXErrorCode SimAccessibility::getAttributeValueCount(const AXUIElementRef& element,
                                                      const std::string& attribute,
                                                      std::int64_t& count) {
-    if (auto answer = intercept(SimAXCall::getAttributeValueCount, element, attribute)) {
-        if (const auto* number = answer->value ? answer->value->get<std::int64_t>() : nullptr) {
-            count = *number;
-        }
-        return answer->code;
-    }
-    const auto* found = find(element);
-    if (!found)
-        return ax::invalidUIElement;
-    auto it = found->attributes.find(attribute);
-    if (it == found->attributes.end())
-        return ax::attributeUnsupported;
-    if (!it->second)
-        return ax::noValue;
-    const auto* list = it->second->get<CFValue::Array>();
-    if (!list)
-        return ax::illegalArgument;
-    count = static_cast<std::int64_t>(list->size());
-    return ax::success;
+    return answer(SimAXCall::getAttributeValueCount, element, attribute,
+                  intoScalar<std::int64_t>(count), [&](const Element& found) {
+                      auto it = found.attributes.find(attribute);
+                      if (it == found.attributes.end())
+                          return ax::attributeUnsupported;
+                      if (!it->second)
+                          return ax::noValue;
+                      const auto* list = it->second->get<CFValue::Array>();
+                      if (!list)
+                          return ax::illegalArgument;
+                      count = static_cast<std::int64_t>(list->size());
+                      return ax::success;
+                  });
 }
 
 AXErrorCode SimAccessibility::isAttributeSettable(const AXUIElementRef& element,
                                                   const std::string& attribute, bool& settable) {
-    if (auto answer = intercept(SimAXCall::isAttributeSettable, element, attribute)) {
-        if (const auto* flag = answer->value ? answer->value->get<bool>() : nullptr) {
-            settable = *flag;
-        }
-        return answer->code;
-    }
-    const auto* found = find(element);
-    if (!found)
-        return ax::invalidUIElement;
-    if (!found->attributes.count(attribute))
-        return ax::attributeUnsupported;
-    settable = found->settable.count(attribute) > 0;
-    return ax::success;
+    return answer(SimAXCall::isAttributeSettable, element, attribute, intoScalar<bool>(settable),
+                  [&](const Element& found) {
+                      if (!found.attributes.count(attribute))
+                          return ax::attributeUnsupported;
+                      settable = found.settable.count(attribute) > 0;
+                      return ax::success;
+                  });
 }
 
 AXErrorCode SimAccessibility::setAttributeValue(const AXUIElementRef& element,
                                                 const std::string& attribute,
                                                 const CFValue& value) {
-    if (auto answer = intercept(SimAXCall::setAttributeValue, element, attribute)) {
-        return answer->code;
-    }
-    auto* found = find(element);
-    if (!found)
-        return ax::invalidUIElement;
-    auto it = found->attributes.find(attribute);
-    if (it == found->attributes.end() || !found->settable.count(attribute)) {
-        return ax::attributeUnsupported;
-    }
-    if (it->second && !sameKind(*it->second, value))
-        return ax::illegalArgument;
-    return write(*found, attribute, value);
+    return answer(SimAXCall::setAttributeValue, element, attribute, nowhere, [&](Element& found) {
+        auto it = found.attributes.find(attribute);
+        if (it == found.attributes.end() || !found.settable.count(attribute))
+            return ax::attributeUnsupported;
+        if (it->second && !sameKind(*it->second, value))
+            return ax::illegalArgument;
+        return write(found, attribute, value);
+    });
 }
 
 AXErrorCode SimAccessibility::copyMultipleAttributeValues(
@@ -278,107 +281,78 @@ AXErrorCode SimAccessibility::copyMultipleAttributeValues(
 
 AXErrorCode SimAccessibility::copyParameterizedAttributeNames(const AXUIElementRef& element,
                                                               std::optional<CFValue>& names) {
-    if (auto answer = intercept(SimAXCall::copyParameterizedAttributeNames, element)) {
-        names = std::move(answer->value);
-        return answer->code;
-    }
-    const auto* found = find(element);
-    if (!found)
-        return ax::invalidUIElement;
-    names = nameArray(found->parameterized);
-    return ax::success;
+    return answer(SimAXCall::copyParameterizedAttributeNames, element, {}, into(names),
+                  [&](const Element& found) {
+                      names = nameArray(found.parameterized);
+                      return ax::success;
+                  });
 }
 
 AXErrorCode SimAccessibility::copyParameterizedAttributeValue(const AXUIElementRef& element,
                                                               const std::string& attribute,
                                                               const CFValue& parameter,
                                                               std::optional<CFValue>& value) {
-    if (auto answer = intercept(SimAXCall::copyParameterizedAttributeValue, element, attribute)) {
-        value = std::move(answer->value);
-        return answer->code;
-    }
-    const auto* found = find(element);
-    if (!found)
-        return ax::invalidUIElement;
-    auto it = found->parameterized.find(attribute);
-    if (it == found->parameterized.end())
-        return ax::parameterizedAttributeUnsupported;
-    value = it->second(parameter);
-    return value ? ax::success : ax::noValue;
+    return answer(SimAXCall::copyParameterizedAttributeValue, element, attribute, into(value),
+                  [&](const Element& found) {
+                      auto it = found.parameterized.find(attribute);
+                      if (it == found.parameterized.end())
+                          return ax::parameterizedAttributeUnsupported;
+                      value = it->second(parameter);
+                      return value ? ax::success : ax::noValue;
+                  });
 }
 
 AXErrorCode SimAccessibility::copyActionNames(const AXUIElementRef& element,
                                               std::optional<CFValue>& names) {
-    if (auto answer = intercept(SimAXCall::copyActionNames, element)) {
-        names = std::move(answer->value);
-        return answer->code;
-    }
-    const auto* found = find(element);
-    if (!found)
-        return ax::invalidUIElement;
-    names = nameArray(found->actions);
-    return ax::success;
+    return answer(SimAXCall::copyActionNames, element, {}, into(names), [&](const Element& found) {
+        names = nameArray(found.actions);
+        return ax::success;
+    });
 }
 
 AXErrorCode SimAccessibility::copyActionDescription(const AXUIElementRef& element,
                                                     const std::string& action,
                                                     std::optional<CFValue>& description) {
-    if (auto answer = intercept(SimAXCall::copyActionDescription, element, action)) {
-        description = std::move(answer->value);
-        return answer->code;
-    }
-    const auto* found = find(element);
-    if (!found)
-        return ax::invalidUIElement;
-    for (const auto& [name, text] : found->actions) {
-        if (name != action)
-            continue;
-        description = CFValue(text);
-        return ax::success;
-    }
-    return ax::actionUnsupported;
+    return answer(SimAXCall::copyActionDescription, element, action, into(description),
+                  [&](const Element& found) {
+                      for (const auto& [name, text] : found.actions) {
+                          if (name != action)
+                              continue;
+                          description = CFValue(text);
+                          return ax::success;
+                      }
+                      return ax::actionUnsupported;
+                  });
 }
 
 AXErrorCode SimAccessibility::performAction(const AXUIElementRef& element,
                                             const std::string& action) {
-    if (auto answer = intercept(SimAXCall::performAction, element, action))
-        return answer->code;
-    auto* found = find(element);
-    if (!found)
-        return ax::invalidUIElement;
-    const auto& actions = found->actions;
-    if (std::none_of(actions.begin(), actions.end(),
-                     [&action](const auto& entry) { return entry.first == action; })) {
-        return ax::actionUnsupported;
-    }
-    performed_.emplace_back(found->handle, action);
-    return act(*found, action);
+    return answer(SimAXCall::performAction, element, action, nowhere, [&](Element& found) {
+        const auto& actions = found.actions;
+        if (std::none_of(actions.begin(), actions.end(),
+                         [&action](const auto& entry) { return entry.first == action; })) {
+            return ax::actionUnsupported;
+        }
+        performed_.emplace_back(found.handle, action);
+        return act(found, action);
+    });
 }
 
 AXErrorCode SimAccessibility::getPid(const AXUIElementRef& element, pid_t& pid) {
-    if (auto answer = intercept(SimAXCall::getPid, element)) {
-        if (const auto* number = answer->value ? answer->value->get<std::int64_t>() : nullptr) {
-            pid = static_cast<pid_t>(*number);
-        }
-        return answer->code;
-    }
-    const auto* found = find(element);
-    if (!found)
-        return ax::invalidUIElement;
-    pid = dynamic_cast<const SimAXUIElement&>(*found->handle).key().pid;
-    return ax::success;
+    return answer(SimAXCall::getPid, element, {}, intoScalar<std::int64_t>(pid),
+                  [&](const Element& found) {
+                      pid = dynamic_cast<const SimAXUIElement&>(*found.handle).key().pid;
+                      return ax::success;
+                  });
 }
 
 AXErrorCode SimAccessibility::setMessagingTimeout(const AXUIElementRef& element, float seconds) {
-    if (auto answer = intercept(SimAXCall::setMessagingTimeout, element))
-        return answer->code;
-    auto* found = find(element);
-    if (!found)
-        return ax::invalidUIElement;
-    if (!(seconds >= 0))
-        return ax::illegalArgument;
-    found->messagingTimeout = seconds;
-    return ax::success;
+    return answer(SimAXCall::setMessagingTimeout, element, {}, nowhere, [&](Element& found) {
+        if (!(seconds >= 0))
+            return ax::illegalArgument;
+        found.messagingTimeout = seconds;
+        return ax::success;
+    });
 }
 
 AXErrorCode SimAccessibility::copyElementAtPosition(const AXUIElementRef& application, float x,

@@ -209,6 +209,12 @@ class SimAccessibility final : public Accessibility {
     std::optional<Answer> intercept(SimAXCall call, const AXUIElementRef& element,
                                     const std::string& name = {});
     Answer readAttribute(const AXUIElementRef& element, const std::string& attribute);
+    // Runs one call: a fault put on it answers through `deliver`; otherwise
+    // `body` answers for the element, and an element that isn't there (any
+    // more) is invalid.
+    template <typename Deliver, typename Body>
+    AXErrorCode answer(SimAXCall call, const AXUIElementRef& element, const std::string& name,
+                       Deliver deliver, Body body);
 
     // Desktop behaviour.
     static bool flag(const Element& element, const std::string& attribute);
@@ -231,6 +237,15 @@ class SimAccessibility final : public Accessibility {
     void notify(const SimAXElementKey& source, const std::string& notification,
                 CFValue::Dictionary info = {});
     std::shared_ptr<Observer> observerOf(const AXObserverRef& observer) const;
+    // A notification registration's observer and element, or the error that
+    // stops it: a scripted fault, an unknown observer or a missing element.
+    struct Registration {
+        AXErrorCode code = axError::success;
+        std::shared_ptr<Observer> observer;
+        SimAXElementKey key;
+    };
+    Registration registration(SimAXCall call, const AXObserverRef& observer,
+                              const AXUIElementRef& element, const std::string& notification);
     AXErrorCode makeObserver(pid_t pid, AXObserverCallback callback,
                              AXObserverCallbackWithInfo callbackWithInfo, AXObserverRef& out);
 

@@ -106,7 +106,8 @@ AXUIElementRef SimAccessibility::addWindow(pid_t pid, SimWindowSetup setup) {
 }
 
 AXUIElementRef SimAccessibility::addButton(Element& window, const std::string& attribute,
-                                           const std::string& subrole, SimWindowSetup::Button setup) {
+                                           const std::string& subrole,
+                                           SimWindowSetup::Button setup) {
     if (!setup.present) {
         window.attributes[attribute] = std::nullopt;
         return nullptr;
@@ -114,7 +115,7 @@ AXUIElementRef SimAccessibility::addButton(Element& window, const std::string& a
     const auto& windowKey = keyOf(window.handle);
     auto& button = makeElement({windowKey.pid, ++lastElementId_}, windowKey);
     button.attributes = {
-        {"AXRole", CFValue("AXButton")},      {"AXSubrole", CFValue(subrole)},
+        {"AXRole", CFValue("AXButton")},       {"AXSubrole", CFValue(subrole)},
         {"AXEnabled", CFValue(setup.enabled)}, {"AXParent", CFValue(window.handle)},
         {"AXWindow", CFValue(window.handle)},
     };

@@ -51,20 +51,29 @@ AXErrorCode SimAccessibility::observerCreateWithInfoCallback(pid_t pid,
     return makeObserver(pid, nullptr, callback, observer);
 }
 
+SimAccessibility::Registration SimAccessibility::registration(SimAXCall call,
+                                                              const AXObserverRef& observer,
+                                                              const AXUIElementRef& element,
+                                                              const std::string& notification) {
+    if (auto answer = intercept(call, element, notification))
+        return {answer->code, nullptr, {}};
+    auto simulated = observerOf(observer);
+    if (!simulated)
+        return {ax::invalidUIElementObserver, nullptr, {}};
+    const auto* found = find(element);
+    if (!found)
+        return {ax::invalidUIElement, nullptr, {}};
+    return {ax::success, simulated, dynamic_cast<const SimAXUIElement&>(*found->handle).key()};
+}
+
 AXErrorCode SimAccessibility::observerAddNotification(const AXObserverRef& observer,
                                                       const AXUIElementRef& element,
                                                       const std::string& notification,
                                                       void* refcon) {
-    if (auto answer = intercept(SimAXCall::observerAddNotification, element, notification)) {
-        return answer->code;
-    }
-    auto simulated = observerOf(observer);
-    if (!simulated)
-        return ax::invalidUIElementObserver;
-    const auto* found = find(element);
-    if (!found)
-        return ax::invalidUIElement;
-    const auto& key = dynamic_cast<const SimAXUIElement&>(*found->handle).key();
+    auto [code, simulated, key] =
+        registration(SimAXCall::observerAddNotification, observer, element, notification);
+    if (code != ax::success)
+        return code;
     if (key.pid != simulated->pid)
         return ax::illegalArgument;
     if (!notification.starts_with("AX") || refusedNotifications_.count(notification)) {
@@ -78,16 +87,10 @@ AXErrorCode SimAccessibility::observerAddNotification(const AXObserverRef& obser
 AXErrorCode SimAccessibility::observerRemoveNotification(const AXObserverRef& observer,
                                                          const AXUIElementRef& element,
                                                          const std::string& notification) {
-    if (auto answer = intercept(SimAXCall::observerRemoveNotification, element, notification)) {
-        return answer->code;
-    }
-    auto simulated = observerOf(observer);
-    if (!simulated)
-        return ax::invalidUIElementObserver;
-    const auto* found = find(element);
-    if (!found)
-        return ax::invalidUIElement;
-    const auto& key = dynamic_cast<const SimAXUIElement&>(*found->handle).key();
+    auto [code, simulated, key] =
+        registration(SimAXCall::observerRemoveNotification, observer, element, notification);
+    if (code != ax::success)
+        return code;
     const bool removed = simulated->registrations.erase({key, notification}) > 0;
     return removed ? ax::success : ax::notificationNotRegistered;
 }

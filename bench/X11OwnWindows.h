@@ -114,7 +114,7 @@ class OwnWindows {
 };
 
 // The whole Linux backend as the program opens it, with windows of our
-// own. The file manager it starts for the Finder's part ends with it.
+// own. The file manager it starts to play the Finder ends with it.
 struct BackendWithOwnWindows {
     platform::sim::SimMainLoop loop;
     std::unique_ptr<platform::x11::X11Desktop> desktop = platform::x11::X11Desktop::open(loop, {});

@@ -1,6 +1,6 @@
 // The program's core (the applications monitor, the list window's model and
 // its window actions) on the whole Linux backend, with real programs that
-// the system has installed: the file manager in the Finder's part, a
+// the system has installed: the file manager playing the Finder, a
 // terminal and an image viewer.
 #include <gtest/gtest.h>
 #include <signal.h>
@@ -43,7 +43,7 @@ constexpr const char* terminalName = "XTerm";
 
 // Each test has an X server and a window manager of its own, so that the
 // terminals and file managers that other tests start beside it on the
-// shared display don't run here, and the file manager in the Finder's part
+// shared display don't run here, and the file manager playing the Finder
 // is the one this desktop starts.
 class TrackingOnDesktopTest : public X11DesktopTest {
   protected:
@@ -60,7 +60,7 @@ class TrackingOnDesktopTest : public X11DesktopTest {
             return;
         openDesktop();
         const auto finder = runningFileManager();
-        ASSERT_TRUE(finder) << "no file manager in the Finder's part";
+        ASSERT_TRUE(finder) << "no file manager playing the Finder";
         startedGroups.push_back(finder->processIdentifier());
         // Folders asked for before its socket exists would start a second
         // file manager instead of going to this one.

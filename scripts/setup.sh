@@ -12,7 +12,7 @@ packages=(
   libxcb-xkb-dev libxcb-xtest0-dev libxkbcommon-dev libxkbcommon-x11-dev
   libgtest-dev libgmock-dev libbenchmark-dev
   # what the end-to-end tests read the desktop with: repaints, the accessibility bus
-  libxcb-damage0-dev libatspi2.0-dev at-spi2-core dbus
+  libxcb-damage0-dev libatspi2.0-dev at-spi2-core dbus-daemon
   # a desktop to run on and test against
   xvfb xauth openbox x11-utils x11-xkb-utils xdotool xterm pcmanfm tint2
   dbus-x11 imagemagick strace procps

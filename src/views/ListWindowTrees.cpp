@@ -21,6 +21,7 @@ using namespace panelLayout;
 
 constexpr int defaultPadding = 16;
 constexpr int emptyTextMinimumWidth = 250;
+constexpr int menuArrowGap = 10;
 
 const char* const permissionText = "Tarnwick needs accessibility permissions to properly function.";
 
@@ -82,6 +83,10 @@ QPushButton* menuButton(const ListWindowView::Menu& menu, QWidget* parent) {
     button->setFocusPolicy(Qt::NoFocus);
     button->setFixedHeight(menuButtonHeight);
     button->setMenu(new AppMenu(menu, button));
+    // The style centres the label in the room left of the menu's arrow and
+    // sizes the button to fit both tightly: a little more width keeps the
+    // last letter off the arrow.
+    button->setMinimumWidth(button->sizeHint().width() + menuArrowGap);
     return button;
 }
 

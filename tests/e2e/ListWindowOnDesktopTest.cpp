@@ -163,6 +163,7 @@ TEST_F(ListWindowOnDesktopTest, TheChordListsTheFileManagersWindowsAndARowClickR
     const auto map = showPanelWithRows(3);
     ASSERT_TRUE(map);
     const auto windows = folderWindows();
+    ASSERT_EQ(windows.size(), 3u);
     desktop.click(map->row(1));
 
     EXPECT_TRUE(eventually([&] { return desktop.activeWindow() == windows[1].id; }))
@@ -178,6 +179,7 @@ TEST_F(ListWindowOnDesktopTest, TheRoundButtonsActOnTheRealWindowsAndTheListFoll
     auto map = showPanelWithRows(3);
     ASSERT_TRUE(map);
     const auto windows = folderWindows();
+    ASSERT_EQ(windows.size(), 3u);
     auto isFullScreen = [&](int i) {
         return desktop.hasState(windows[i].id, "_NET_WM_STATE_FULLSCREEN");
     };
@@ -188,7 +190,7 @@ TEST_F(ListWindowOnDesktopTest, TheRoundButtonsActOnTheRealWindowsAndTheListFoll
     // A minimised window stays listed, its title drawn faint.
     desktop.click(map->roundButton(0, RoundButton::minimize));
     EXPECT_TRUE(eventually([&] { return isMinimised(0); }));
-    const Geometry panelArea = *desktop.panelContent(tarnwick->pid());
+    const Geometry panelArea = map->content();
     EXPECT_TRUE(eventually([&] {
         const auto shot = desktop.capture(panelArea);
         return shot.darkest(map->titleArea(0)) > 100 && shot.darkest(map->titleArea(2)) < 80;
@@ -198,8 +200,6 @@ TEST_F(ListWindowOnDesktopTest, TheRoundButtonsActOnTheRealWindowsAndTheListFoll
     // resting on another row.
     desktop.movePointer(map->row(2).x, map->row(2).y);
     desktop.movePointer(map->row(1).x, map->row(1).y);
-    const auto frame = desktop.shownPanel(tarnwick->pid());
-    ASSERT_TRUE(frame);
     const auto buttons = [&](int row) {
         const auto close = map->roundButton(row, RoundButton::close);
         return Geometry{close.x - 6, close.y - 6, 50, 12};
@@ -207,7 +207,7 @@ TEST_F(ListWindowOnDesktopTest, TheRoundButtonsActOnTheRealWindowsAndTheListFoll
     EXPECT_TRUE(eventually([&] {
         return !desktop.capture(panelArea).looksAlike(buttons(1), buttons(2));
     })) << "no symbols on the round buttons of the row under the pointer";
-    EXPECT_TRUE(e2e::saveScreenshot(*frame, TARNWICK_ARTIFACTS_DIR "/list-panel-light.png"));
+    EXPECT_TRUE(e2e::saveScreenshot(panelArea, TARNWICK_ARTIFACTS_DIR "/list-panel-light.png"));
 
     desktop.click(map->roundButton(2, RoundButton::close));
     EXPECT_TRUE(eventually([&] { return folderWindows().size() == 2; }));
@@ -243,8 +243,10 @@ TEST_F(ListWindowOnDesktopTest, TheMenuPicksAnotherApplicationAndKeepsItsGroupin
     auto map = showPanelWithRows(2);
     ASSERT_TRUE(map);
     openMenuAt(*map, 1);
-    const Geometry menu = desktop.popupsOf(tarnwick->pid()).front();
-    EXPECT_TRUE(e2e::saveScreenshot(enclosing(*desktop.panelContent(tarnwick->pid()), menu),
+    const auto popups = desktop.popupsOf(tarnwick->pid());
+    ASSERT_EQ(popups.size(), 1u);
+    const Geometry menu = popups.front();
+    EXPECT_TRUE(e2e::saveScreenshot(enclosing(map->content(), menu),
                                     TARNWICK_ARTIFACTS_DIR "/app-menu-light.png"));
     desktop.tap(e2e::returnKey);
     map = panelWithRows(1);
@@ -278,7 +280,9 @@ TEST_F(ListWindowOnDesktopTest, TheMenuPicksAnotherApplicationAndKeepsItsGroupin
     map = showPanelWithRows(2);
     ASSERT_TRUE(map);
     openMenuAt(*map, 0);
-    EXPECT_LT(desktop.popupsOf(tarnwick->pid()).front().height, menu.height);
+    const auto shorterMenu = desktop.popupsOf(tarnwick->pid());
+    ASSERT_EQ(shorterMenu.size(), 1u);
+    EXPECT_LT(shorterMenu.front().height, menu.height);
     EXPECT_TRUE(stored(hiddenAppsKey, terminalIdentifier));
     stopTarnwick();
 }

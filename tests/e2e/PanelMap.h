@@ -15,6 +15,8 @@ class PanelMap {
 
     explicit PanelMap(Geometry content) : content_(content) {}
 
+    const Geometry& content() const { return content_; }
+
     // The number of window rows the panel's height makes room for; nothing
     // when the height fits no number of rows (the empty or error text).
     std::optional<int> rowCount() const;

@@ -6,14 +6,15 @@
 #include <QPainter>
 #include <QPainterPath>
 
+#include "views/PanelLayout.h"
 #include "views/TrafficLightButton.h"
 
 namespace platform::qt {
 
 namespace {
 
-constexpr int verticalPadding = 4;
-constexpr int spacing = 6;
+using namespace panelLayout;
+
 // The program's points are Qt's device-independent pixels, as everywhere
 // at the seam, so the row's text keeps its size next to the panel's
 // paddings and the round buttons on every screen.
@@ -33,10 +34,11 @@ ListRowWidget::ListRowWidget(ListRow row, tarnwick::ListWindowView::Coordinator&
     setFocusPolicy(Qt::NoFocus);
     setFont(listRowFont());
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+    setFixedHeight(rowHeight);
 
     auto* layout = new QHBoxLayout(this);
-    layout->setContentsMargins(0, verticalPadding, 0, verticalPadding);
-    layout->setSpacing(spacing);
+    layout->setContentsMargins(0, rowVerticalPadding, 0, rowVerticalPadding);
+    layout->setSpacing(trafficButtonSpacing);
     for (auto& button : buttons_) {
         button = new TrafficLightButton(this);
         layout->addWidget(button, 0, Qt::AlignVCenter);

@@ -9,6 +9,7 @@
 
 #include "views/AppMenu.h"
 #include "views/ListRowWidget.h"
+#include "views/PanelLayout.h"
 
 namespace platform::qt {
 
@@ -16,12 +17,11 @@ namespace {
 
 using tarnwick::ListWindowView;
 
-// The toolkit's spacings, in points.
-constexpr int scenePadding = 20;
+using namespace panelLayout;
+
 constexpr int defaultPadding = 16;
-constexpr int sectionSpacing = 16;
-constexpr int rowSpacing = 4;
 constexpr int emptyTextMinimumWidth = 250;
+constexpr int menuArrowGap = 10;
 
 const char* const permissionText = "Tarnwick needs accessibility permissions to properly function.";
 
@@ -38,7 +38,7 @@ class Divider final : public QWidget {
   public:
     explicit Divider(QWidget* parent) : QWidget(parent) {
         setObjectName(QStringLiteral("divider"));
-        setFixedHeight(1);
+        setFixedHeight(dividerHeight);
         setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
     }
 
@@ -81,7 +81,12 @@ QPushButton* menuButton(const ListWindowView::Menu& menu, QWidget* parent) {
     button->setObjectName(QStringLiteral("appMenuButton"));
     button->setAccessibleName(QString::fromStdString(menu.label));
     button->setFocusPolicy(Qt::NoFocus);
+    button->setFixedHeight(menuButtonHeight);
     button->setMenu(new AppMenu(menu, button));
+    // The style centres the label in the room left of the menu's arrow and
+    // sizes the button to fit both tightly: a little more width keeps the
+    // last letter off the arrow.
+    button->setMinimumWidth(button->sizeHint().width() + menuArrowGap);
     return button;
 }
 

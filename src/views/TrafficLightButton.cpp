@@ -1,9 +1,8 @@
 #include "views/TrafficLightButton.h"
 
-#include <QFontMetricsF>
 #include <QPainter>
-#include <cmath>
 
+#include "views/PanelLayout.h"
 #include "views/SystemSymbols.h"
 
 namespace platform::qt {
@@ -47,11 +46,10 @@ void TrafficLightButton::runAction() const {
         action();
 }
 
-// As tall as a capital letter of the row's font and a little more, like
-// the symbol set in the text it stands beside.
+// A fixed size, a little under the row's line of text, like a symbol set
+// in the text it stands beside.
 QSize TrafficLightButton::sizeHint() const {
-    const int side = static_cast<int>(std::lround(QFontMetricsF(font()).height() * 0.85));
-    return {side, side};
+    return {panelLayout::trafficButtonSide, panelLayout::trafficButtonSide};
 }
 
 void TrafficLightButton::paintEvent(QPaintEvent*) {

@@ -1,9 +1,27 @@
 #include "DesktopDriver.h"
 
+#include <xcb/xtest.h>
+
 #include <chrono>
+#include <cstdlib>
+#include <cstring>
+#include <memory>
 #include <thread>
 
 namespace e2e {
+
+namespace {
+
+// Replies of xcb are malloc'd.
+template <typename Reply>
+using Owned = std::unique_ptr<Reply, decltype(&std::free)>;
+
+template <typename Reply>
+Owned<Reply> own(Reply* reply) {
+    return Owned<Reply>(reply, &std::free);
+}
+
+}  // namespace
 
 bool eventually(const std::function<bool()>& condition, double seconds) {
     const auto deadline = std::chrono::steady_clock::now() + std::chrono::duration<double>(seconds);
@@ -15,24 +33,281 @@ bool eventually(const std::function<bool()>& condition, double seconds) {
     return condition();
 }
 
+Desktop::Desktop() : connection_(xcb_connect(nullptr, nullptr)) {
+    root_ = xcb_setup_roots_iterator(xcb_get_setup(connection_)).data->root;
+}
+
+Desktop::~Desktop() {
+    xcb_disconnect(connection_);
+}
+
+void Desktop::key(xcb_keycode_t code, bool down) {
+    xcb_test_fake_input(connection_, down ? XCB_KEY_PRESS : XCB_KEY_RELEASE, code, XCB_CURRENT_TIME,
+                        XCB_NONE, 0, 0, 0);
+    sync();
+}
+
+void Desktop::tap(xcb_keycode_t code) {
+    key(code, true);
+    key(code, false);
+}
+
+void Desktop::movePointer(int x, int y) {
+    xcb_test_fake_input(connection_, XCB_MOTION_NOTIFY, 0, XCB_CURRENT_TIME, root_,
+                        static_cast<int16_t>(x), static_cast<int16_t>(y), 0);
+    sync();
+}
+
+void Desktop::click(Point point) {
+    movePointer(point.x, point.y);
+    for (const auto type : {XCB_BUTTON_PRESS, XCB_BUTTON_RELEASE}) {
+        xcb_test_fake_input(connection_, static_cast<uint8_t>(type), 1, XCB_CURRENT_TIME, XCB_NONE,
+                            0, 0, 0);
+        sync();
+    }
+}
+
+void Desktop::pressChord() {
+    for (auto code : {controlKey, altKey, shiftKey})
+        key(code, true);
+    for (auto code : {shiftKey, altKey, controlKey})
+        key(code, false);
+}
+
+void Desktop::activate(xcb_window_t window) {
+    xcb_client_message_event_t message{};
+    message.response_type = XCB_CLIENT_MESSAGE;
+    message.format = 32;
+    message.window = window;
+    message.type = atom("_NET_ACTIVE_WINDOW");
+    message.data.data32[0] = 2;  // from a pager
+    xcb_send_event(connection_, 0, root_,
+                   XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT | XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY,
+                   reinterpret_cast<const char*>(&message));
+    sync();
+}
+
+bool Desktop::activateWindowOf(pid_t pid) {
+    const auto windows = clientWindowsOf(pid);
+    if (windows.empty())
+        return false;
+    activate(windows.front().id);
+    return true;
+}
+
+pid_t Desktop::activeProcess() {
+    return ownerOf(activeWindow());
+}
+
+xcb_window_t Desktop::activeWindow() {
+    auto value = property(root_, "_NET_ACTIVE_WINDOW", XCB_ATOM_WINDOW);
+    return value.empty() ? XCB_NONE : value[0];
+}
+
+std::vector<ClientWindow> Desktop::clientWindowsOf(pid_t pid) {
+    std::vector<ClientWindow> windows;
+    for (auto window : property(root_, "_NET_CLIENT_LIST", XCB_ATOM_WINDOW, 1024)) {
+        if (ownerOf(window) == pid)
+            windows.push_back({window, title(window)});
+    }
+    return windows;
+}
+
+bool Desktop::hasState(xcb_window_t window, const char* state) {
+    const xcb_atom_t wanted = atom(state);
+    for (auto present : property(window, "_NET_WM_STATE", XCB_ATOM_ATOM, 32)) {
+        if (present == wanted)
+            return true;
+    }
+    return false;
+}
+
+std::optional<xcb_window_t> Desktop::panelClient(pid_t pid) {
+    for (const auto frame : children(root_)) {
+        for (const auto child : children(frame)) {
+            if (isOurPanel(child, pid))
+                return child;
+        }
+    }
+    return std::nullopt;
+}
+
+std::optional<Geometry> Desktop::shownPanel(pid_t pid) {
+    for (const auto frame : children(root_)) {
+        if (auto found = panelUnder(frame, pid))
+            return found;
+    }
+    return std::nullopt;
+}
+
+std::optional<Geometry> Desktop::panelContent(pid_t pid) {
+    const auto client = panelClient(pid);
+    return client ? std::optional(geometry(*client)) : std::nullopt;
+}
+
+std::vector<Geometry> Desktop::popupsOf(pid_t pid) {
+    std::vector<Geometry> popups;
+    for (const auto window : children(root_)) {
+        bool overrideRedirect = false;
+        if (isViewable(window, &overrideRedirect) && overrideRedirect && ownerOf(window) == pid)
+            popups.push_back(geometry(window));
+    }
+    return popups;
+}
+
+void Desktop::watchMapping(xcb_window_t window) {
+    const uint32_t mask = XCB_EVENT_MASK_STRUCTURE_NOTIFY;
+    xcb_change_window_attributes(connection_, window, XCB_CW_EVENT_MASK, &mask);
+    sync();
+}
+
 bool Desktop::waitForMapping(xcb_window_t window, bool mapped, double seconds) {
     const auto deadline = std::chrono::steady_clock::now() + std::chrono::duration<double>(seconds);
     const uint8_t wanted = mapped ? XCB_MAP_NOTIFY : XCB_UNMAP_NOTIFY;
     while (std::chrono::steady_clock::now() < deadline) {
-        xcb_generic_event_t* event = xcb_poll_for_event(connection_);
+        auto event = own(xcb_poll_for_event(connection_));
         if (!event) {
             std::this_thread::sleep_for(std::chrono::microseconds(50));
             continue;
         }
         const bool seen =
             (event->response_type & 0x7f) == wanted &&
-            (mapped ? reinterpret_cast<xcb_map_notify_event_t*>(event)->window
-                    : reinterpret_cast<xcb_unmap_notify_event_t*>(event)->window) == window;
-        std::free(event);
+            (mapped ? reinterpret_cast<xcb_map_notify_event_t*>(event.get())->window
+                    : reinterpret_cast<xcb_unmap_notify_event_t*>(event.get())->window) == window;
         if (seen)
             return true;
     }
     return false;
+}
+
+// The test server's screen is 24 bits deep, kept as 32-bit pixels.
+Screenshot Desktop::capture(Geometry region) {
+    auto image = own(xcb_get_image_reply(
+        connection_,
+        xcb_get_image(connection_, XCB_IMAGE_FORMAT_Z_PIXMAP, root_, static_cast<int16_t>(region.x),
+                      static_cast<int16_t>(region.y), static_cast<uint16_t>(region.width),
+                      static_cast<uint16_t>(region.height), ~0u),
+        nullptr));
+    std::vector<uint32_t> pixels(static_cast<std::size_t>(region.width * region.height), 0xffffff);
+    if (image && xcb_get_image_data_length(image.get()) >= static_cast<int>(pixels.size() * 4))
+        std::memcpy(pixels.data(), xcb_get_image_data(image.get()), pixels.size() * 4);
+    return Screenshot(region, std::move(pixels));
+}
+
+std::optional<Geometry> Desktop::panelUnder(xcb_window_t frame, pid_t pid) {
+    if (isOurPanel(frame, pid))
+        return geometry(frame);
+    for (const auto child : children(frame)) {
+        if (isOurPanel(child, pid))
+            return geometry(frame);
+    }
+    return std::nullopt;
+}
+
+bool Desktop::isOurPanel(xcb_window_t window, pid_t pid) {
+    return isViewable(window) && ownerOf(window) == pid && title(window) == "Tarnwick";
+}
+
+bool Desktop::isViewable(xcb_window_t window, bool* overrideRedirect) {
+    auto attributes = own(xcb_get_window_attributes_reply(
+        connection_, xcb_get_window_attributes(connection_, window), nullptr));
+    if (attributes && overrideRedirect)
+        *overrideRedirect = attributes->override_redirect;
+    return attributes && attributes->map_state == XCB_MAP_STATE_VIEWABLE;
+}
+
+pid_t Desktop::ownerOf(xcb_window_t window) {
+    auto owner = property(window, "_NET_WM_PID", XCB_ATOM_CARDINAL);
+    return owner.empty() ? -1 : static_cast<pid_t>(owner[0]);
+}
+
+std::vector<xcb_window_t> Desktop::children(xcb_window_t window) {
+    auto tree =
+        own(xcb_query_tree_reply(connection_, xcb_query_tree(connection_, window), nullptr));
+    if (!tree)
+        return {};
+    const auto* first = xcb_query_tree_children(tree.get());
+    return {first, first + xcb_query_tree_children_length(tree.get())};
+}
+
+Geometry Desktop::geometry(xcb_window_t window) {
+    auto g =
+        own(xcb_get_geometry_reply(connection_, xcb_get_geometry(connection_, window), nullptr));
+    auto t = own(xcb_translate_coordinates_reply(
+        connection_, xcb_translate_coordinates(connection_, window, root_, 0, 0), nullptr));
+    if (!g || !t)
+        return {};
+    return {t->dst_x, t->dst_y, g->width, g->height};
+}
+
+// The UTF-8 name where there is one, as the window manager shows it.
+std::string Desktop::title(xcb_window_t window) {
+    std::string text;
+    for (const xcb_atom_t name : {atom("_NET_WM_NAME"), xcb_atom_t{XCB_ATOM_WM_NAME}}) {
+        auto reply = own(xcb_get_property_reply(
+            connection_, xcb_get_property(connection_, 0, window, name, XCB_ATOM_ANY, 0, 256),
+            nullptr));
+        if (reply && xcb_get_property_value_length(reply.get()) > 0) {
+            text.assign(static_cast<const char*>(xcb_get_property_value(reply.get())),
+                        static_cast<std::size_t>(xcb_get_property_value_length(reply.get())));
+            break;
+        }
+    }
+    return text;
+}
+
+std::optional<Geometry> Desktop::trayIconOf(const std::string& windowClass) {
+    auto icon = windowOfClass(root_, windowClass, false);
+    return icon ? std::optional{geometry(*icon)} : std::nullopt;
+}
+
+// The first window of the class below the window, searched only inside the
+// tray host once one was passed.
+std::optional<xcb_window_t> Desktop::windowOfClass(xcb_window_t window, const std::string& name,
+                                                   bool insideTrayHost) {
+    for (const auto child : children(window)) {
+        const auto childClass = className(child);
+        if (insideTrayHost && childClass == name)
+            return child;
+        if (auto found = windowOfClass(child, name, insideTrayHost || childClass == "tint2"))
+            return found;
+    }
+    return std::nullopt;
+}
+
+// The instance name of WM_CLASS, the first of its two strings.
+std::string Desktop::className(xcb_window_t window) {
+    auto reply = own(xcb_get_property_reply(
+        connection_,
+        xcb_get_property(connection_, 0, window, XCB_ATOM_WM_CLASS, XCB_ATOM_STRING, 0, 64),
+        nullptr));
+    if (!reply)
+        return {};
+    const std::string both(static_cast<const char*>(xcb_get_property_value(reply.get())),
+                           static_cast<std::size_t>(xcb_get_property_value_length(reply.get())));
+    return both.substr(0, both.find('\0'));
+}
+
+xcb_atom_t Desktop::atom(const char* name) {
+    auto reply = own(xcb_intern_atom_reply(
+        connection_,
+        xcb_intern_atom(connection_, 0, static_cast<uint16_t>(std::strlen(name)), name), nullptr));
+    return reply ? reply->atom : xcb_atom_t{XCB_ATOM_NONE};
+}
+
+std::vector<uint32_t> Desktop::property(xcb_window_t window, const char* name, xcb_atom_t type,
+                                        uint32_t length) {
+    auto reply = own(xcb_get_property_reply(
+        connection_, xcb_get_property(connection_, 0, window, atom(name), type, 0, length),
+        nullptr));
+    if (!reply)
+        return {};
+    const auto* data = static_cast<const uint32_t*>(xcb_get_property_value(reply.get()));
+    return {data, data + xcb_get_property_value_length(reply.get()) / 4};
+}
+
+void Desktop::sync() {
+    std::free(xcb_get_input_focus_reply(connection_, xcb_get_input_focus(connection_), nullptr));
 }
 
 }  // namespace e2e

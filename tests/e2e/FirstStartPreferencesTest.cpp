@@ -8,9 +8,9 @@
 #include <csignal>
 #include <cstdlib>
 #include <fstream>
-#include <iterator>
 #include <string>
 
+#include "PreferenceFile.h"
 #include "RunningProgram.h"
 #include "platform/PropertyListCodec.h"
 
@@ -31,12 +31,7 @@ class FirstStartPreferencesTest : public ::testing::Test {
         ASSERT_EQ(tarnwick.waitForExit(10), (e2e::ExitStatus{true, 0}));
     }
 
-    PropertyList::Dictionary read() const {
-        std::ifstream in(file(), std::ios::binary);
-        const std::string bytes((std::istreambuf_iterator<char>(in)), {});
-        auto list = PropertyListCodec::decode(std::string_view(bytes));
-        return list && list->dictionary() ? *list->dictionary() : PropertyList::Dictionary{};
-    }
+    PropertyList::Dictionary read() const { return e2e::readPreferenceFile(file()); }
 
     void write(const PropertyList::Dictionary& dictionary) const {
         const auto bytes = PropertyListCodec::encodeBinary(dictionary);

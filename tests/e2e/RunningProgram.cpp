@@ -12,6 +12,7 @@
 #include <filesystem>
 #include <fstream>
 #include <stdexcept>
+#include <thread>
 
 namespace e2e {
 
@@ -54,29 +55,34 @@ bool isHandling(pid_t pid, int signal) {
     return false;
 }
 
-// Whether the process's environment holds exactly that variable setting.
-bool hasEnvironment(const std::filesystem::path& process, const std::string& setting) {
-    std::ifstream environ(process / "environ", std::ios::binary);
-    for (std::string entry; std::getline(environ, entry, '\0');) {
-        if (entry == setting)
-            return true;
-    }
-    return false;
-}
-
-// Ends the processes that still run in the folder, such as the file manager
-// the program started in the background, so that the next test meets none
-// of them.
-void stopProcessesLivingIn(const std::string& runtimeFolder) {
+// The processes whose environment holds the variable with this value:
+// those started while the folders lived, and the ones they started.
+std::vector<pid_t> processesWith(const std::string& variable) {
+    std::vector<pid_t> found;
     std::error_code ignored;
-    const std::string setting = "XDG_RUNTIME_DIR=" + runtimeFolder;
     for (const auto& entry : std::filesystem::directory_iterator("/proc", ignored)) {
-        const auto name = entry.path().filename().string();
-        if (name.find_first_not_of("0123456789") == std::string::npos &&
-            hasEnvironment(entry.path(), setting)) {
-            ::kill(std::stoi(name), SIGTERM);
+        const std::string name = entry.path().filename();
+        if (name.find_first_not_of("0123456789") != std::string::npos)
+            continue;
+        std::ifstream environment(entry.path() / "environ", std::ios::binary);
+        for (std::string line; std::getline(environment, line, '\0');) {
+            if (line == variable) {
+                found.push_back(std::stoi(name));
+                break;
+            }
         }
     }
+    return found;
+}
+
+// Gone, or ended and only waiting to be reaped.
+bool hasEnded(pid_t pid) {
+    std::ifstream stat("/proc/" + std::to_string(pid) + "/stat");
+    std::string line;
+    if (!std::getline(stat, line))
+        return true;
+    const auto state = line.rfind(") ");
+    return state == std::string::npos || line[state + 2] == 'Z';
 }
 
 }  // namespace
@@ -182,8 +188,22 @@ PrivateFolders::PrivateFolders() {
     ::setenv("XDG_RUNTIME_DIR", runtime.c_str(), 1);
 }
 
+// A program may leave helpers running, such as the file manager it starts
+// in its background mode: they go with the folders, so that the next test
+// meets none of them.
 PrivateFolders::~PrivateFolders() {
-    stopProcessesLivingIn(home_ + "/run");
+    // Asked first, so that they take away what they published on the
+    // display (the accessibility bus's address, say); then made to go.
+    const auto leftovers = processesWith("XDG_RUNTIME_DIR=" + home_ + "/run");
+    for (const int signal : {SIGTERM, SIGKILL}) {
+        for (const pid_t pid : leftovers)
+            kill(pid, signal);
+        const auto deadline = deadlineAfter(2);
+        for (const pid_t pid : leftovers) {
+            while (!hasEnded(pid) && Clock::now() < deadline)
+                std::this_thread::sleep_for(std::chrono::milliseconds(10));
+        }
+    }
     std::error_code ignored;
     std::filesystem::remove_all(home_, ignored);
 }

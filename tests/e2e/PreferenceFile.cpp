@@ -1,0 +1,32 @@
+#include "PreferenceFile.h"
+
+#include <fstream>
+#include <iterator>
+
+#include "platform/PropertyListCodec.h"
+
+namespace e2e {
+
+using platform::PropertyList;
+
+PropertyList::Dictionary readPreferenceFile(const std::string& path) {
+    std::ifstream in(path, std::ios::binary);
+    const std::string bytes((std::istreambuf_iterator<char>(in)), {});
+    auto list = platform::PropertyListCodec::decode(std::string_view(bytes));
+    return list && list->dictionary() ? *list->dictionary() : PropertyList::Dictionary{};
+}
+
+std::vector<std::string> stringsUnder(const PropertyList::Dictionary& preferences,
+                                      const std::string& key) {
+    std::vector<std::string> strings;
+    const auto found = preferences.find(key);
+    if (found == preferences.end() || !found->second.array())
+        return strings;
+    for (const auto& item : *found->second.array()) {
+        if (const auto* text = item.string())
+            strings.push_back(*text);
+    }
+    return strings;
+}
+
+}  // namespace e2e

@@ -1,0 +1,17 @@
+#pragma once
+
+#include <string>
+
+#include "platform/PropertyList.h"
+
+namespace e2e {
+
+// The top-level dictionary of a preference file; empty when the file is
+// missing or is no property list.
+platform::PropertyList::Dictionary readPreferenceFile(const std::string& path);
+
+// The strings of an array under the key; empty when there is none.
+std::vector<std::string> stringsUnder(const platform::PropertyList::Dictionary& preferences,
+                                      const std::string& key);
+
+}  // namespace e2e

@@ -95,6 +95,7 @@ void QtWindow::applyWindowFlags() {
         widget_->move(position);
         show(false);
     } else {
+        frameMargins_.reset();
         x11::requestFrameExtents(*widget_);
     }
 }
@@ -103,16 +104,23 @@ CGRect QtWindow::frame() const {
     return ScreenCoordinates::ofPrimaryScreen().toBottomLeft(expectedFrameGeometry());
 }
 
-// Qt knows the window manager's frame once the window was shown; before
-// that, the frame the window manager said it will draw is added, so that a
-// window first shown where it was placed doesn't move after its title bar
-// comes.
+// Qt knows the window manager's frame while the window is framed; before
+// the first showing, the frame the window manager said it will draw is
+// added, so that a window first shown where it was placed doesn't move
+// after its title bar comes. The frame, once known, is kept: the pointer's
+// distance reads it at every move, and it doesn't change while hidden.
 QRect QtWindow::expectedFrameGeometry() const {
     const QRect frame = widget_->frameGeometry();
-    if (frame != widget_->geometry())
+    const QRect content = widget_->geometry();
+    if (frame != content) {
+        frameMargins_ =
+            QMargins(content.left() - frame.left(), content.top() - frame.top(),
+                     frame.right() - content.right(), frame.bottom() - content.bottom());
         return frame;
-    const auto extents = x11::frameExtents(*widget_);
-    return extents ? QRect(frame.topLeft(), frame.size().grownBy(*extents)) : frame;
+    }
+    if (!frameMargins_)
+        frameMargins_ = x11::frameExtents(*widget_);
+    return frameMargins_ ? QRect(frame.topLeft(), frame.size().grownBy(*frameMargins_)) : frame;
 }
 
 void QtWindow::setFrameOrigin(CGPoint origin) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QMargins>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -77,6 +78,8 @@ class QtWindow final : public Window {
     bool becomesKeyOnlyIfNeeded_ = false;
     bool titlebarAppearsTransparent_ = false;
     double alpha_ = 1.0;
+    // The window manager's frame around the content, once known.
+    mutable std::optional<QMargins> frameMargins_;
     std::optional<CGPoint> placedOrigin_;
     int heightWhenPlaced_ = 0;
     bool awaitingDecoration_ = false;

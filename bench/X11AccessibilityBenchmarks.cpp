@@ -57,17 +57,8 @@ void BM_ListWindowsAndReadRoleAndTitle(benchmark::State& state) {
         const auto managed = std::to_string(d.windowCount());
         return state.SkipWithError(("only " + managed + " windows managed").c_str());
     }
-    for (auto _ : state) {
-        std::optional<CFValue> windows;
-        d.ax->copyAttributeValue(d.application, "AXWindows", windows);
-        for (const auto& item : *windows->get<CFValue::Array>()) {
-            const auto& window = *item.get<AXUIElementRef>();
-            std::optional<CFValue> role, title;
-            d.ax->copyAttributeValue(window, "AXRole", role);
-            d.ax->copyAttributeValue(window, "AXTitle", title);
-            benchmark::DoNotOptimize(title);
-        }
-    }
+    for (auto _ : state)
+        bench::readWindowsRoleAndTitle(*d.ax, d.application);
     state.SetItemsProcessed(state.iterations() * state.range(0));
 }
 BENCHMARK(BM_ListWindowsAndReadRoleAndTitle)

@@ -3,6 +3,7 @@
 // What the benchmarks on a real display share: windows of this process that
 // the window manager manages, and the whole Linux backend opened as the
 // program opens it. Run them under scripts/virtual-desktop.sh.
+#include <benchmark/benchmark.h>
 #include <signal.h>
 #include <unistd.h>
 #include <xcb/xcb.h>
@@ -142,5 +143,21 @@ struct BackendWithOwnWindows {
     }
     bool ensureWindows(std::size_t count) { return desktop && windows.ensure(count); }
 };
+
+// What listing one application's windows costs a reader: the window list,
+// then the role and title of each window.
+inline void readWindowsRoleAndTitle(platform::Accessibility& ax,
+                                    const platform::AXUIElementRef& application) {
+    std::optional<platform::CFValue> windows;
+    ax.copyAttributeValue(application, "AXWindows", windows);
+    const auto* list = windows ? windows->get<platform::CFValue::Array>() : nullptr;
+    for (const auto& item : list ? *list : platform::CFValue::Array{}) {
+        const auto& window = *item.get<platform::AXUIElementRef>();
+        std::optional<platform::CFValue> role, title;
+        ax.copyAttributeValue(window, "AXRole", role);
+        ax.copyAttributeValue(window, "AXTitle", title);
+        benchmark::DoNotOptimize(title);
+    }
+}
 
 }  // namespace bench

@@ -54,18 +54,8 @@ void BM_ReadTheWindowsOfOneApplication(benchmark::State& state) {
         return state.SkipWithError("the window manager didn't manage the windows");
     auto& ax = b.desktop->accessibility();
     const auto pid = b.ownProcess();
-    for (auto _ : state) {
-        const auto application = ax.createApplication(pid);
-        std::optional<CFValue> list;
-        ax.copyAttributeValue(application, "AXWindows", list);
-        for (const auto& item : *list->get<CFValue::Array>()) {
-            const auto& window = *item.get<AXUIElementRef>();
-            std::optional<CFValue> role, title;
-            ax.copyAttributeValue(window, "AXRole", role);
-            ax.copyAttributeValue(window, "AXTitle", title);
-            benchmark::DoNotOptimize(title);
-        }
-    }
+    for (auto _ : state)
+        bench::readWindowsRoleAndTitle(ax, ax.createApplication(pid));
     state.SetItemsProcessed(state.iterations() * state.range(0));
 }
 BENCHMARK(BM_ReadTheWindowsOfOneApplication)

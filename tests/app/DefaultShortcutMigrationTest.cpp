@@ -6,13 +6,15 @@
 #include "platform/sim/SimPreferencesStore.h"
 #include "settings/DefaultShortcutMigration.h"
 #include "settings/SettingsKeys.h"
+#include "support/InstalledPreferences.h"
 
 using platform::PropertyList;
 using quillbox::DefaultsManager;
 
 namespace {
 
-class DefaultShortcutMigrationTest : public ::testing::Test {
+class DefaultShortcutMigrationTest : public ::testing::Test,
+                                     protected testsupport::InstalledPreferences {
   protected:
     DefaultShortcutMigrationTest() { DefaultsManager::clearMigrations(); }
     ~DefaultShortcutMigrationTest() override { DefaultsManager::clearMigrations(); }
@@ -22,17 +24,6 @@ class DefaultShortcutMigrationTest : public ::testing::Test {
         DefaultsManager::clearMigrations();
         tarnwick::runPreferenceMigrations();
     }
-
-    platform::Services services() {
-        platform::Services table;
-        table.mainLoop = &loop;
-        table.preferences = &store;
-        return table;
-    }
-
-    platform::sim::SimMainLoop loop;
-    platform::sim::SimPreferencesStore store{loop};
-    platform::ScopedInstall install{services()};
 };
 
 }  // namespace

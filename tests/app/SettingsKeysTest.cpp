@@ -4,6 +4,7 @@
 #include "platform/sim/SimMainLoop.h"
 #include "platform/sim/SimPreferencesStore.h"
 #include "settings/SettingsKeys.h"
+#include "support/InstalledPreferences.h"
 #include "support/StandardOutput.h"
 
 using platform::PropertyList;
@@ -11,18 +12,8 @@ using quillbox::DefaultsManager;
 
 namespace {
 
-class SettingsKeysTest : public ::testing::Test {
+class SettingsKeysTest : public ::testing::Test, protected testsupport::InstalledPreferences {
   protected:
-    platform::Services services() {
-        platform::Services table;
-        table.mainLoop = &loop;
-        table.preferences = &store;
-        return table;
-    }
-
-    platform::sim::SimMainLoop loop;
-    platform::sim::SimPreferencesStore store{loop};
-    platform::ScopedInstall install{services()};
     DefaultsManager& defaults = DefaultsManager::shared();
 };
 
@@ -49,7 +40,8 @@ TEST_F(SettingsKeysTest, TheActivationPolicyIsItsRawIntegerAppliedAsItStands) {
     store.setObject("harrowmere.activationPolicy", 0);
     EXPECT_EQ(defaults.getValue(tarnwick::activationPolicy), platform::ActivationPolicy::regular);
     store.setObject("harrowmere.activationPolicy", 2);
-    EXPECT_EQ(defaults.getValue(tarnwick::activationPolicy), platform::ActivationPolicy::prohibited);
+    EXPECT_EQ(defaults.getValue(tarnwick::activationPolicy),
+              platform::ActivationPolicy::prohibited);
     store.setObject("harrowmere.activationPolicy", 7);
     EXPECT_EQ(static_cast<int>(defaults.getValue(tarnwick::activationPolicy)), 7);
 }

@@ -9,6 +9,7 @@
 #include "platform/sim/SimMainLoop.h"
 #include "platform/sim/SimPreferencesStore.h"
 #include "support/DefaultsManager.h"
+#include "support/InstalledPreferences.h"
 #include "support/StandardOutput.h"
 
 using platform::PropertyList;
@@ -44,20 +45,10 @@ struct quillbox::Coding<Size> {
 
 namespace {
 
-class DefaultsManagerTest : public ::testing::Test {
+class DefaultsManagerTest : public ::testing::Test, protected testsupport::InstalledPreferences {
   protected:
     ~DefaultsManagerTest() override { DefaultsManager::clearMigrations(); }
 
-    platform::Services services() {
-        platform::Services table;
-        table.mainLoop = &loop;
-        table.preferences = &store;
-        return table;
-    }
-
-    platform::sim::SimMainLoop loop;
-    platform::sim::SimPreferencesStore store{loop};
-    platform::ScopedInstall install{services()};
     DefaultsManager& defaults = DefaultsManager::shared();
     CapturedOutput output;
 };

@@ -19,19 +19,15 @@ RunningApplicationRef SimWorkspace::runningApplicationWithProcessIdentifier(pid_
 }
 
 Token SimWorkspace::addObserverForName(WorkspaceNotification name, NotificationHandler handler) {
-    const auto id = ++lastId_;
-    observers_.emplace(id, std::make_pair(name, std::move(handler)));
-    return Token{id};
+    return observers_.add(name, std::move(handler));
 }
 
 void SimWorkspace::removeObserver(Token observer, WorkspaceNotification name) {
-    auto it = observers_.find(observer.id);
-    if (it != observers_.end() && it->second.first == name)
-        observers_.erase(it);
+    observers_.remove(observer, name);
 }
 
 Subscription SimWorkspace::observeFrontmostApplication(bool initial, FrontmostHandler handler) {
-    const auto id = ++lastId_;
+    const auto id = ++lastFrontmostId_;
     frontmostObservers_.emplace(id, handler);
     if (initial)
         handler(frontmost_);
@@ -82,19 +78,11 @@ void SimWorkspace::postNotificationWithoutApplication(WorkspaceNotification name
 }
 
 std::size_t SimWorkspace::observerCount(WorkspaceNotification name) const {
-    return static_cast<std::size_t>(
-        std::count_if(observers_.begin(), observers_.end(),
-                      [name](const auto& entry) { return entry.second.first == name; }));
+    return observers_.count(name);
 }
 
 void SimWorkspace::post(WorkspaceNotification name, RunningApplicationRef app) {
-    loop_.post([this, name, app] {
-        auto observers = observers_;
-        for (const auto& [id, entry] : observers) {
-            if (entry.first == name && observers_.count(id))
-                entry.second({app});
-        }
-    });
+    loop_.post([this, name, app] { observers_.notify(name, app); });
 }
 
 }  // namespace platform::sim

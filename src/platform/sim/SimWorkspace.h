@@ -6,6 +6,7 @@
 
 #include "platform/MainLoop.h"
 #include "platform/Workspace.h"
+#include "platform/WorkspaceObservers.h"
 #include "platform/sim/SimRunningApplication.h"
 
 namespace platform::sim {
@@ -45,11 +46,11 @@ class SimWorkspace final : public Workspace {
     void post(WorkspaceNotification name, RunningApplicationRef app);
 
     MainLoop& loop_;
-    std::uint64_t lastId_ = 0;
+    std::uint64_t lastFrontmostId_ = 0;
     std::vector<std::shared_ptr<SimRunningApplication>> running_;
     RunningApplicationRef frontmost_;
     std::shared_ptr<SimRunningApplication> current_;
-    std::map<std::uint64_t, std::pair<WorkspaceNotification, NotificationHandler>> observers_;
+    WorkspaceObservers observers_;
     std::map<std::uint64_t, FrontmostHandler> frontmostObservers_;
 };
 

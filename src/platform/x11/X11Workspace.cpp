@@ -149,32 +149,22 @@ std::optional<X11WindowClass> X11Workspace::windowClassOf(xcb_window_t window) {
 }
 
 Token X11Workspace::addObserverForName(WorkspaceNotification name, NotificationHandler handler) {
-    const auto id = ++lastObserverId_;
-    observers_.emplace(id, std::make_pair(name, std::move(handler)));
-    return Token{id};
+    return observers_.add(name, std::move(handler));
 }
 
 void X11Workspace::removeObserver(Token observer, WorkspaceNotification name) {
-    const auto it = observers_.find(observer.id);
-    if (it != observers_.end() && it->second.first == name)
-        observers_.erase(it);
+    observers_.remove(observer, name);
 }
 
 void X11Workspace::post(WorkspaceNotification name, RunningApplicationRef application) {
     loop_.post([this, alive = std::weak_ptr<bool>(alive_), name, application] {
-        if (alive.expired())
-            return;
-        // Observers may come and go while they are told.
-        const auto observers = observers_;
-        for (const auto& [id, entry] : observers) {
-            if (entry.first == name && observers_.contains(id))
-                entry.second({application});
-        }
+        if (!alive.expired())
+            observers_.notify(name, application);
     });
 }
 
 Subscription X11Workspace::observeFrontmostApplication(bool initial, FrontmostHandler handler) {
-    const auto id = ++lastObserverId_;
+    const auto id = ++lastFrontmostObserverId_;
     frontmostObservers_.emplace(id, handler);
     if (initial)
         handler(frontmost_);

@@ -11,6 +11,7 @@
 
 #include "platform/MainLoop.h"
 #include "platform/Workspace.h"
+#include "platform/WorkspaceObservers.h"
 #include "platform/x11/ProcessWatcher.h"
 #include "platform/x11/X11Accessibility.h"
 #include "platform/x11/X11ActiveWindowTracker.h"
@@ -102,8 +103,8 @@ class X11Workspace final : public Workspace, private X11WindowMirrorListener {
     RunningApplicationRef frontmost_;
     bool frontmostUpdatePosted_ = false;
 
-    std::uint64_t lastObserverId_ = 0;
-    std::map<std::uint64_t, std::pair<WorkspaceNotification, NotificationHandler>> observers_;
+    WorkspaceObservers observers_;
+    std::uint64_t lastFrontmostObserverId_ = 0;
     std::map<std::uint64_t, FrontmostHandler> frontmostObservers_;
     Token inputHandler_;
     // Lets tasks posted to the loop know whether this object still exists.

@@ -37,6 +37,7 @@ class InputSource {
     virtual KeyTranslation translate(KeyCode keyCode, std::uint32_t modifierState) const = 0;
 };
 
+// The two copies may be asked for from any thread.
 class KeyboardLayouts {
   public:
     virtual ~KeyboardLayouts() = default;

@@ -65,6 +65,7 @@ std::shared_ptr<InputSource> SimKeyboardLayouts::sourceFor(const SimKeyboardLayo
 }
 
 std::shared_ptr<InputSource> SimKeyboardLayouts::copyCurrentKeyboardLayoutInputSource() {
+    std::lock_guard guard(lock_);
     if (unavailable_)
         return nullptr;
     return sourceFor(*current_);
@@ -72,9 +73,20 @@ std::shared_ptr<InputSource> SimKeyboardLayouts::copyCurrentKeyboardLayoutInputS
 
 std::shared_ptr<InputSource>
 SimKeyboardLayouts::copyCurrentASCIICapableKeyboardLayoutInputSource() {
+    std::lock_guard guard(lock_);
     if (unavailable_)
         return nullptr;
     return sourceFor(current_->asciiCapable ? *current_ : *findTable(layoutIdentifier::us));
+}
+
+const std::string& SimKeyboardLayouts::currentLayoutIdentifier() const {
+    std::lock_guard guard(lock_);
+    return current_->identifier;
+}
+
+void SimKeyboardLayouts::setSourcesUnavailable(bool unavailable) {
+    std::lock_guard guard(lock_);
+    unavailable_ = unavailable;
 }
 
 Subscription SimKeyboardLayouts::observeLayoutChanges(std::function<void()> handler) {
@@ -90,9 +102,12 @@ bool SimKeyboardLayouts::selectLayout(std::string_view identifier) {
     const auto* table = findTable(identifier);
     if (!table)
         return false;
-    if (table == current_)
-        return true;
-    current_ = table;
+    {
+        std::lock_guard guard(lock_);
+        if (table == current_)
+            return true;
+        current_ = table;
+    }
     loop_.post([weak = std::weak_ptr<Observers>(observers_)] {
         auto observers = weak.lock();
         if (!observers)

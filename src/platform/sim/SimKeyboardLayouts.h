@@ -6,6 +6,7 @@
 #include <functional>
 #include <map>
 #include <memory>
+#include <mutex>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -35,7 +36,7 @@ class SimKeyboardLayouts final : public KeyboardLayouts {
     // Makes the layout with this identifier current. False for an unknown
     // identifier, which changes nothing.
     bool selectLayout(std::string_view identifier);
-    const std::string& currentLayoutIdentifier() const { return current_->identifier; }
+    const std::string& currentLayoutIdentifier() const;
 
     // Translations made by any source of this object since the last reset.
     std::size_t translationCount() const { return counter_->load(); }
@@ -43,7 +44,7 @@ class SimKeyboardLayouts final : public KeyboardLayouts {
 
     // With sources unavailable, both copies give null, as when the system
     // can't hand out an input source.
-    void setSourcesUnavailable(bool unavailable) { unavailable_ = unavailable; }
+    void setSourcesUnavailable(bool unavailable);
 
   private:
     struct Observers;
@@ -52,6 +53,9 @@ class SimKeyboardLayouts final : public KeyboardLayouts {
 
     MainLoop& loop_;
     std::shared_ptr<std::atomic<std::size_t>> counter_;
+    // Sources are handed out from any thread; the lock covers the made
+    // sources and the choice of the current table.
+    mutable std::mutex lock_;
     std::map<std::string, std::shared_ptr<InputSource>, std::less<>> sources_;
     const SimKeyboardLayoutTable* current_;
     bool unavailable_ = false;

@@ -70,11 +70,13 @@ X11KeyboardLayouts::~X11KeyboardLayouts() {
 }
 
 std::shared_ptr<InputSource> X11KeyboardLayouts::copyCurrentKeyboardLayoutInputSource() {
+    std::lock_guard guard(sourcesLock_);
     return current_;
 }
 
 std::shared_ptr<InputSource>
 X11KeyboardLayouts::copyCurrentASCIICapableKeyboardLayoutInputSource() {
+    std::lock_guard guard(sourcesLock_);
     return asciiCapable_;
 }
 
@@ -144,18 +146,21 @@ bool X11KeyboardLayouts::reload() {
         xkb_state_unref(state);
 
     const std::vector<std::string> identifiers = namer_.identifiers(keymap.get(), readRulesNames());
-    groups_.clear();
-    asciiCapable_.reset();
+    std::vector<std::shared_ptr<XkbInputSource>> groups;
+    std::shared_ptr<XkbInputSource> asciiCapable;
     for (xkb_layout_index_t group = 0; group < identifiers.size(); ++group) {
-        groups_.push_back(std::make_shared<XkbInputSource>(keymap, group, identifiers[group]));
-        if (!asciiCapable_ && XkbInputSource::isLatin(keymap.get(), group)) {
-            asciiCapable_ = groups_.back();
-        }
+        groups.push_back(std::make_shared<XkbInputSource>(keymap, group, identifiers[group]));
+        if (!asciiCapable && XkbInputSource::isLatin(keymap.get(), group))
+            asciiCapable = groups.back();
     }
-    if (groups_.empty())
+    if (groups.empty())
         return false;
-    if (!asciiCapable_)
-        asciiCapable_ = builtInUSSource();
+    if (!asciiCapable)
+        asciiCapable = builtInUSSource();
+
+    std::lock_guard guard(sourcesLock_);
+    groups_ = std::move(groups);
+    asciiCapable_ = std::move(asciiCapable);
     current_ = groups_[active < groups_.size() ? active : 0];
     return true;
 }
@@ -163,7 +168,10 @@ bool X11KeyboardLayouts::reload() {
 void X11KeyboardLayouts::selectGroup(xkb_layout_index_t group) {
     if (group >= groups_.size() || groups_[group] == current_)
         return;
-    current_ = groups_[group];
+    {
+        std::lock_guard guard(sourcesLock_);
+        current_ = groups_[group];
+    }
     observers_->call();
 }
 

@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <mutex>
 #include <optional>
 #include <vector>
 
@@ -49,6 +50,9 @@ class X11KeyboardLayouts final : public KeyboardLayouts {
     xcb_atom_t rulesNamesAtom_;
     XkbContextRef context_;
     XkbLayoutNamer namer_;
+    // The sources are written on the main loop only, but copied from any
+    // thread; the lock covers those writes and the copies.
+    mutable std::mutex sourcesLock_;
     std::vector<std::shared_ptr<XkbInputSource>> groups_;
     std::shared_ptr<XkbInputSource> current_;
     std::shared_ptr<XkbInputSource> asciiCapable_;

@@ -27,18 +27,14 @@ std::vector<pid_t> pids(const std::vector<std::shared_ptr<Application>>& applica
     return result;
 }
 
-TEST_F(ApplicationTest, ConstructionFromRunningApplications) {
+TEST_F(ApplicationTest,
+       ConstructionFromRunningApplicationsSkipsProhibitedAndMatchesBundlesExactly) {
     const auto running = workspace.runningApplicationWithProcessIdentifier(appPid);
     EXPECT_EQ(*Application::fromRunningApplication(running), *application());
     EXPECT_EQ(Application::fromRunningApplication(run(-5, std::nullopt)), nullptr);
     EXPECT_EQ(Application::forProcessID(999), nullptr);
     ASSERT_NE(Application::forProcessID(appPid), nullptr);
 
-    workspace.terminate(appPid);
-    EXPECT_EQ(Application::fromRunningApplication(running), nullptr);
-}
-
-TEST_F(ApplicationTest, AllSkipsProhibitedAndBundleMatchIsExact) {
     run(200, "com.example.Agent", platform::ActivationPolicy::prohibited);
     run(201, "com.example.files");
     run(202, "com.example.Files", platform::ActivationPolicy::prohibited);
@@ -46,6 +42,9 @@ TEST_F(ApplicationTest, AllSkipsProhibitedAndBundleMatchIsExact) {
     EXPECT_EQ(pids(Application::allForBundleID("com.example.Files")),
               (std::vector<pid_t>{appPid, 202}));
     EXPECT_TRUE(Application::allForBundleID("COM.EXAMPLE.FILES").empty());
+
+    workspace.terminate(appPid);
+    EXPECT_EQ(Application::fromRunningApplication(running), nullptr);
 }
 
 TEST_F(ApplicationTest, WindowsInThePlatformsOrderOrNothing) {

@@ -100,6 +100,9 @@ TEST_F(UIElementTest, NameListsOfActionsAndParametersDropWhatIsNotText) {
     EXPECT_TRUE(element.parameterizedAttributes().empty());
     sim.injectFault(SimAXCall::copyActionDescription, SimAXFault::value(CFValue(7)));
     EXPECT_EQ(element.actionDescription("AXRaise"), std::nullopt);
+    // Reserved operations are not implemented.
+    EXPECT_THROW(element.attributeBool(UIElement::Attribute::main), AXError);
+    EXPECT_THROW(element.elementAtPosition(CGPoint{1, 1}), AXError);
 }
 
 TEST_F(UIElementTest, SupportAndCountsOfAttributesWithoutValues) {
@@ -114,7 +117,7 @@ TEST_F(UIElementTest, SupportAndCountsOfAttributesWithoutValues) {
               2u);
 }
 
-TEST_F(UIElementTest, MessagingTimeoutIsClampedAndStored) {
+TEST_F(UIElementTest, MessagingTimeoutsAreClampedAndTheTrustTestPassesItsPromptFlag) {
     UIElement element(documents);
     element.setMessagingTimeout(-3);
     EXPECT_EQ(element.messagingTimeout(), 0);
@@ -122,20 +125,15 @@ TEST_F(UIElementTest, MessagingTimeoutIsClampedAndStored) {
     element.setMessagingTimeout(2.5f);
     EXPECT_EQ(sim.messagingTimeoutOf(documents), 2.5f);
 
+    const float previous = UIElement::globalMessagingTimeout();
+    UIElement::setGlobalMessagingTimeout(4);
+    EXPECT_EQ(sim.messagingTimeoutOf(sim.createSystemWide()), 4.0f);
+    UIElement::setGlobalMessagingTimeout(previous);
+
     sim.endProcess(appPid);
     element.setMessagingTimeout(1);  // invalidUIElement is accepted
     EXPECT_EQ(element.messagingTimeout(), 1);
-}
 
-TEST_F(UIElementTest, GlobalMessagingTimeoutIsTheSystemWideElements) {
-    const float previous = UIElement::globalMessagingTimeout();
-    UIElement::setGlobalMessagingTimeout(4);
-    EXPECT_EQ(UIElement::globalMessagingTimeout(), 4);
-    EXPECT_EQ(sim.messagingTimeoutOf(sim.createSystemWide()), 4.0f);
-    UIElement::setGlobalMessagingTimeout(previous);
-}
-
-TEST_F(UIElementTest, TrustTestAsksWithThePromptFlag) {
     EXPECT_TRUE(UIElement::isProcessTrusted(true));
     EXPECT_EQ(sim.lastTrustPrompt(), true);
     sim.setProcessTrusted(false);
@@ -143,15 +141,13 @@ TEST_F(UIElementTest, TrustTestAsksWithThePromptFlag) {
     EXPECT_EQ(sim.lastTrustPrompt(), false);
 }
 
-TEST_F(UIElementTest, EqualityAndHashRestOnTheHandleAlone) {
-    const UIElement plain(sim.applicationElement(appPid));
+TEST_F(UIElementTest, IdentityRestsOnTheHandleAndDescriptionsNameRoleDetailAndPid) {
     const auto app = application();
-    EXPECT_EQ(plain, *app);
-    EXPECT_EQ(std::hash<UIElement>{}(plain), std::hash<UIElement>{}(*app));
+    EXPECT_EQ(UIElement(sim.applicationElement(appPid)), *app);
+    EXPECT_EQ(std::hash<UIElement>{}(UIElement(sim.applicationElement(appPid))),
+              std::hash<UIElement>{}(*app));
     EXPECT_FALSE(UIElement(documents) == UIElement(downloads));
-}
 
-TEST_F(UIElementTest, DescriptionsNameRoleDetailAndPid) {
     const auto closeButton = sim.button(documents, "AXCloseButton");
     struct Case {
         platform::AXUIElementRef element;
@@ -186,12 +182,6 @@ TEST_F(UIElementTest, InspectListsEveryAttribute) {
     const auto text = UIElement(documents).inspect();
     EXPECT_NE(text.find("\"AXTitle\": \"Documents\""), std::string::npos) << text;
     EXPECT_NE(text.find("\"AXPosition\": (x: 100, y: 100)"), std::string::npos) << text;
-}
-
-TEST_F(UIElementTest, ReservedOperationsAreNotImplemented) {
-    const UIElement element(documents);
-    EXPECT_THROW(element.attributeBool(UIElement::Attribute::main), AXError);
-    EXPECT_THROW(element.elementAtPosition(CGPoint{1, 1}), AXError);
 }
 
 TEST_F(UIElementDeathTest, FatalStopsSayWhy) {

@@ -24,14 +24,6 @@ class ActivationControllerTest : public ::testing::Test, protected spine::Deskto
 
 }  // namespace
 
-TEST_F(ActivationControllerTest, PolicyTextsIncludeTheUnknownForm) {
-    EXPECT_EQ(tarnwick::debugDescription(ActivationPolicy::regular), ".regular");
-    EXPECT_EQ(tarnwick::debugDescription(ActivationPolicy::accessory), ".accessory");
-    EXPECT_EQ(tarnwick::debugDescription(ActivationPolicy::prohibited), ".prohibited");
-    EXPECT_EQ(tarnwick::debugDescription(static_cast<ActivationPolicy>(9)),
-              "unknown - update 13:Tarnwick/ActivationPolicy");
-}
-
 TEST_F(ActivationControllerTest, ARightPolicyIsLeftAloneAndAStoredOneIsAppliedAsItStands) {
     desktop.application().setActivationPolicy(ActivationPolicy::accessory);
     output.clear();
@@ -44,6 +36,15 @@ TEST_F(ActivationControllerTest, ARightPolicyIsLeftAloneAndAStoredOneIsAppliedAs
     EXPECT_EQ(output.lines(),
               std::vector<std::string>{"[Activation] setting policy .accessory -> .prohibited"});
     EXPECT_EQ(desktop.application().activationPolicy(), ActivationPolicy::prohibited);
+
+    // A stored value out of range is applied too, and printed in its unknown form.
+    quillbox::DefaultsManager::shared().setValue(static_cast<ActivationPolicy>(9),
+                                                 tarnwick::activationPolicy);
+    output.clear();
+    controller.updateActivationPolicy();
+    EXPECT_EQ(output.lines(),
+              std::vector<std::string>{"[Activation] setting policy .prohibited -> unknown - "
+                                       "update 13:Tarnwick/ActivationPolicy"});
 }
 
 TEST_F(ActivationControllerTest, ANewWindowActivatesOneTurnLaterAndAHeldOneAtOnce) {

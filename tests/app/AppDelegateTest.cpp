@@ -27,7 +27,7 @@ TEST_F(AppDelegateTest, WillFinishLaunchingLogsThePolicyItHasJustSet) {
                                         "[Activation] launched with policy .accessory"}));
 }
 
-TEST_F(AppDelegateTest, ThePreferencesCommandSelectsTheFileOrElseTheLibraryFolder) {
+TEST_F(AppDelegateTest, TheFileCommandsSelectTheirFileOrFolderAndAFailedLookUpNothing) {
     delegate.showApplicationPreferences();
     const std::filesystem::path library = "/Users/tarnwick/Library";
     ASSERT_EQ(desktop.fileViewer().selections().size(), 1u);
@@ -37,17 +37,16 @@ TEST_F(AppDelegateTest, ThePreferencesCommandSelectsTheFileOrElseTheLibraryFolde
     delegate.showApplicationPreferences();
     EXPECT_EQ(desktop.fileViewer().selections()[1],
               Paths{library / "Preferences/harrowmere.Tarnwick.plist"});
-}
 
-TEST_F(AppDelegateTest, TheSupportCommandSelectsTheGeneralFolderAndAFailedLookUpOpensNothing) {
+    // The support command selects the general folder; a failed look-up opens nothing.
     delegate.openApplicationSupportDirectory();
-    EXPECT_EQ(desktop.fileViewer().selections().at(0),
+    EXPECT_EQ(desktop.fileViewer().selections().at(2),
               Paths{"/Users/tarnwick/Library/Application Support"});
 
     desktop.fileManager().setDirectory(platform::SearchPathDirectory::applicationSupport,
                                        std::nullopt);
     delegate.openApplicationSupportDirectory();
-    EXPECT_EQ(desktop.fileViewer().selections().size(), 1u);
+    EXPECT_EQ(desktop.fileViewer().selections().size(), 3u);
 }
 
 TEST_F(AppDelegateTest, TheEntryMigratesFirstAndPutsTheTwoCommandsInTheMainMenu) {

@@ -22,13 +22,6 @@ class AppsMonitorTest : public TrackingDesktop {
     int changeCount = 0;
 };
 
-TEST_F(AppsMonitorTest, TheSampleDesktopIsTrackedInNameOrderWithTheFileManager) {
-    // The file manager has no bundle to read: its system location is enough.
-    startMonitor();
-    EXPECT_EQ(tracked(), (Strings{"Finder", "Notes", "Preview", "Tarnwick", "TextEdit"}));
-    EXPECT_EQ(monitor->runningApps().size(), 1u);
-}
-
 TEST_F(AppsMonitorTest, OnlyOrdinaryAppsDirectlyInTheApplicationsFolderAreEligible) {
     auto& workspace = desktop.workspace();
     auto placed = [&](pid_t pid, const std::string& name, const std::string& location,
@@ -51,6 +44,7 @@ TEST_F(AppsMonitorTest, OnlyOrdinaryAppsDirectlyInTheApplicationsFolderAreEligib
         appInfo(410, "NoBundle", "com.example.NoBundle", "/Applications/Gone.app"));
     workspace.addRunning(appInfo(411, "NoLocation", "com.example.NoLocation", std::nullopt));
 
+    // The file manager has no bundle to read: its system location is enough.
     startMonitor();
     EXPECT_EQ(tracked(), (Strings{"Finder", "Notes", "Preview", "Slashed", "Tarnwick", "TextEdit",
                                   "TextFlag"}));
@@ -193,43 +187,36 @@ TEST_F(AppsMonitorTest, TerminatingAnAppInNoGroupOnlyClearsItsCacheEntry) {
     EXPECT_TRUE(monitor->appElementCache().empty());
 }
 
-TEST_F(AppsMonitorTest, HidingAFavoriteLeavesItOnlyInTheHiddenSet) {
+TEST_F(AppsMonitorTest, RegroupingMovesBetweenTheStoredSetsAndNoTrackStoresNothing) {
     storeFavorites({"com.example.TextEdit"});
-    startMonitor();
-    monitor->setGrouping("com.example.TextEdit", AppGrouping::hidden);
-
-    EXPECT_TRUE(defaults().getValue(favoriteApps).empty());
-    EXPECT_EQ(defaults().getValue(hiddenApps), std::set<std::string>{"com.example.TextEdit"});
-    EXPECT_TRUE(names(monitor->runningApps(), AppGrouping::favorite).empty());
-    EXPECT_EQ(names(monitor->runningApps(), AppGrouping::hidden), (Strings{"TextEdit"}));
-    EXPECT_EQ(changeCount, 1);
-
-    // Back to the ordinary list, at its sorted place, with both sets clear.
-    monitor->setGrouping("com.example.TextEdit", AppGrouping::track);
-    EXPECT_TRUE(defaults().getValue(hiddenApps).empty());
-    EXPECT_EQ(tracked(), (Strings{"Finder", "Notes", "Preview", "Tarnwick", "TextEdit"}));
-}
-
-TEST_F(AppsMonitorTest, NoTrackDropsTheAppUntilTheNextStartAndStoresNothing) {
     storeHidden({"com.example.Notes"});
     startMonitor();
-    monitor->setGrouping("com.example.Preview", AppGrouping::noTrack);
+    monitor->setGrouping("com.example.TextEdit", AppGrouping::hidden);
+    EXPECT_TRUE(defaults().getValue(favoriteApps).empty());
+    EXPECT_EQ(defaults().getValue(hiddenApps),
+              (std::set<std::string>{"com.example.Notes", "com.example.TextEdit"}));
+    EXPECT_TRUE(names(monitor->runningApps(), AppGrouping::favorite).empty());
+    EXPECT_EQ(names(monitor->runningApps(), AppGrouping::hidden), (Strings{"Notes", "TextEdit"}));
+    EXPECT_EQ(changeCount, 1);
 
+    // Back to the ordinary list, at its sorted place.
+    monitor->setGrouping("com.example.TextEdit", AppGrouping::track);
+    EXPECT_EQ(defaults().getValue(hiddenApps), std::set<std::string>{"com.example.Notes"});
+    EXPECT_EQ(tracked(), (Strings{"Finder", "Preview", "Tarnwick", "TextEdit"}));
+
+    // No tracking drops the app until the next start and stores nothing.
+    monitor->setGrouping("com.example.Preview", AppGrouping::noTrack);
     EXPECT_EQ(tracked(), (Strings{"Finder", "Tarnwick", "TextEdit"}));
     EXPECT_TRUE(names(monitor->runningApps(), AppGrouping::noTrack).empty());
     EXPECT_TRUE(defaults().getValue(favoriteApps).empty());
     EXPECT_EQ(defaults().getValue(hiddenApps), std::set<std::string>{"com.example.Notes"});
-
-    AppsMonitor nextStart;
-    EXPECT_EQ(names(nextStart.runningApps(), AppGrouping::track),
+    EXPECT_EQ(names(AppsMonitor().runningApps(), AppGrouping::track),
               (Strings{"Finder", "Preview", "Tarnwick", "TextEdit"}));
-}
 
-TEST_F(AppsMonitorTest, MovingAnAppThatIsntRunningOnlyChangesTheStoredSets) {
-    startMonitor();
+    // An app that isn't running only changes the stored sets.
     const auto before = monitor->runningApps();
+    changeCount = 0;
     monitor->setGrouping("com.example.Absent", AppGrouping::favorite);
-
     EXPECT_EQ(defaults().getValue(favoriteApps), std::set<std::string>{"com.example.Absent"});
     EXPECT_TRUE(sameRunningApps(monitor->runningApps(), before));
     EXPECT_EQ(changeCount, 0);

@@ -74,7 +74,7 @@ TEST_F(CoordinatorTreeTest, ClosingTheWindowEndsTheCoordinatorOneTurnLater) {
     EXPECT_EQ(child->willFinishCount, 1);
 }
 
-TEST_F(CoordinatorTreeTest, TheDelegateTaskDoesNothingOnceTheCoordinatorIsGone) {
+TEST_F(CoordinatorTreeTest, TheDelegateDoesNothingOnceTheCoordinatorIsGoneAndLogsAMissingWindow) {
     auto child = std::make_shared<WindowCoordinator>(nullptr, activation, "About");
     child->setFinishesOnWindowClose(true);
     auto delegate = child->windowDelegate();
@@ -83,10 +83,7 @@ TEST_F(CoordinatorTreeTest, TheDelegateTaskDoesNothingOnceTheCoordinatorIsGone) 
     child.reset();
     desktop.loop().runUntilIdle();
     EXPECT_EQ(delegate->parent(), nullptr);
-}
 
-TEST_F(CoordinatorTreeTest, ACloseWithoutAWindowIsLoggedAsNil) {
-    auto delegate = std::make_shared<tarnwick::WindowDelegateForCoordinatorFinish>();
     quillbox::CapturedOutput output;
     delegate->windowWillClose(nullptr);
     EXPECT_EQ(output.lines(), std::vector<std::string>{"[Activation] windowWillClose: <nil>"});

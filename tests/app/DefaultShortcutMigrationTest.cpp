@@ -1,22 +1,18 @@
 #include <gtest/gtest.h>
 
-#include "platform/Platform.h"
-#include "platform/PropertyListCodec.h"
-#include "platform/sim/SimMainLoop.h"
-#include "platform/sim/SimPreferencesStore.h"
 #include "settings/DefaultShortcutMigration.h"
 #include "settings/SettingsKeys.h"
 #include "support/InstalledPreferences.h"
 
 using platform::PropertyList;
 using quillbox::DefaultsManager;
+using SelfCodable = lirixkro::SRShortcut::SelfCodable;
 
 namespace {
 
 class DefaultShortcutMigrationTest : public ::testing::Test,
                                      protected testsupport::InstalledPreferences {
   protected:
-    DefaultShortcutMigrationTest() { DefaultsManager::clearMigrations(); }
     ~DefaultShortcutMigrationTest() override { DefaultsManager::clearMigrations(); }
 
     // One start of the program against the store as it stands.
@@ -24,39 +20,32 @@ class DefaultShortcutMigrationTest : public ::testing::Test,
         DefaultsManager::clearMigrations();
         tarnwick::runPreferenceMigrations();
     }
+    std::optional<SelfCodable> stored() {
+        return DefaultsManager::shared().getValue(tarnwick::activationShortcut);
+    }
 };
 
 }  // namespace
 
-TEST_F(DefaultShortcutMigrationTest, AFirstStartStoresTheChordAsABinaryPropertyList) {
+TEST_F(DefaultShortcutMigrationTest, AFirstStartStoresTheChordAndLaterStartsLeaveChangesAlone) {
     start();
-
-    auto stored = store.objectForKey("activationShortcut");
-    ASSERT_TRUE(stored && stored->is<PropertyList::Data>());
-    const auto& bytes = *stored->get<PropertyList::Data>();
-    ASSERT_GE(bytes.size(), 8u);
-    EXPECT_EQ(std::string(bytes.begin(), bytes.begin() + 8), "bplist00");
-    EXPECT_EQ(
-        platform::PropertyListCodec::decode(bytes),
-        PropertyList(PropertyList::Dictionary{{"keyCode", 65535u}, {"modifierFlags", 917504u}}));
+    EXPECT_EQ(stored(), (SelfCodable{65535, 0xE0000, std::nullopt, std::nullopt}));
+    EXPECT_TRUE(store.objectForKey("activationShortcut")->is<PropertyList::Data>());
     EXPECT_EQ(store.objectForKey("com.quillbox.defaultsVersion"), PropertyList(0));
-}
 
-TEST_F(DefaultShortcutMigrationTest, LaterStartsLeaveAChangedOrClearedShortcutAlone) {
-    start();
-    lirixkro::SRShortcut::SelfCodable commandA{0, 0x100000, "a", "a"};
+    const SelfCodable commandA{0, 0x100000, "a", "a"};
     DefaultsManager::shared().setValue(commandA, tarnwick::activationShortcut);
     start();
-    EXPECT_EQ(DefaultsManager::shared().getValue(tarnwick::activationShortcut), commandA);
+    EXPECT_EQ(stored(), commandA);
 
     DefaultsManager::shared().removeValue(tarnwick::activationShortcut);
     start();
-    EXPECT_FALSE(DefaultsManager::shared().getValue(tarnwick::activationShortcut));
+    EXPECT_FALSE(stored());
 }
 
 TEST_F(DefaultShortcutMigrationTest, AShortcutStoredBeforeTheFirstStartIsKept) {
-    lirixkro::SRShortcut::SelfCodable f5{96, 0, std::nullopt, std::nullopt};
+    const SelfCodable f5{96, 0, std::nullopt, std::nullopt};
     DefaultsManager::shared().setValue(f5, tarnwick::activationShortcut);
     start();
-    EXPECT_EQ(DefaultsManager::shared().getValue(tarnwick::activationShortcut), f5);
+    EXPECT_EQ(stored(), f5);
 }

@@ -1,4 +1,5 @@
 #include "app/ListWindowModelDesktop.h"
+#include "app/RecordingRowCoordinator.h"
 #include "listwindow/ListWindowView.h"
 
 namespace tarnwick::testing {
@@ -8,13 +9,6 @@ using Strings = std::vector<std::string>;
 using Tree = ListWindowView::Tree;
 using Content = ListWindowView::Content;
 using MenuEntry = ListWindowView::MenuEntry;
-
-struct IgnoringCoordinator : ListWindowView::ListRow::Coordinator {
-    void raiseWindow(const ListWindowView::WindowRef&) override {}
-    void closeWindow(const ListWindowView::WindowRef&) override {}
-    void toggleMinimized(const ListWindowView::WindowRef&) override {}
-    void toggleFullScreen(const ListWindowView::WindowRef&) override {}
-};
 
 class ListWindowViewTest : public ListWindowModelDesktop {
   protected:
@@ -46,26 +40,25 @@ class ListWindowViewTest : public ListWindowModelDesktop {
         throw std::logic_error("no command " + command);
     }
 
-    IgnoringCoordinator coordinator;
+    RecordingRowCoordinator coordinator;
     ListWindowView view{*model, coordinator};
 };
 
-TEST_F(ListWindowViewTest, WithoutFavoritesTheMenuBeginsWithTheDivider) {
-    const auto content = view.content();
+TEST_F(ListWindowViewTest, WithoutFavoritesTheMenuBeginsWithTheDividerAFavoriteOffersUnfavorite) {
+    auto content = view.content();
     EXPECT_EQ(content.tree, Tree::menuAndList);
     EXPECT_EQ(content.menu.label, "Finder");
     EXPECT_TRUE(content.menu.favorites.empty());
     EXPECT_EQ(entryNames(content.menu.tracked),
               (Strings{"Finder", "Notes", "Preview", "Tarnwick", "TextEdit"}));
-    const auto& entry = entryNamed(content.menu.tracked, "Preview");
+    const auto entry = entryNamed(content.menu.tracked, "Preview");
     EXPECT_EQ(commands(entry), (Strings{"Favorite", "Hide"}));
     EXPECT_EQ(entry.icon, *preview->icon());
     EXPECT_EQ(entry.application, preview);
-}
 
-TEST_F(ListWindowViewTest, AFavoriteOffersOnlyUnfavorite) {
-    run(entryNamed(view.content().menu.tracked, "Preview"), "Favorite");
-    auto content = view.content();
+    // A favourite offers only "Unfavorite".
+    run(entry, "Favorite");
+    content = view.content();
     EXPECT_EQ(entryNames(content.menu.favorites), (Strings{"Preview"}));
     EXPECT_EQ(commands(content.menu.favorites.front()), (Strings{"Unfavorite"}));
     EXPECT_EQ(defaults().getValue(favoriteApps), std::set<std::string>{"com.example.Preview"});
@@ -92,7 +85,7 @@ TEST_F(ListWindowViewTest, HidingTheSelectedAppKeepsItSelectedAndListed) {
     EXPECT_TRUE(content.menu.favorites.empty());
 }
 
-TEST_F(ListWindowViewTest, RowsAreKeyedByWindowWithADividerUnderAllButTheLast) {
+TEST_F(ListWindowViewTest, RowsAreKeyedByWindowWithADividerUnderAllButTheLastOrTheEmptyText) {
     const auto content = view.content();
     ASSERT_EQ(content.rows.size(), 3u);
     EXPECT_FALSE(content.emptyText);
@@ -101,14 +94,12 @@ TEST_F(ListWindowViewTest, RowsAreKeyedByWindowWithADividerUnderAllButTheLast) {
         EXPECT_EQ(content.rows[i].id, windowsState().windows[i]->id());
         EXPECT_EQ(content.rows[i].hasDivider, i < 2);
     }
-}
 
-TEST_F(ListWindowViewTest, AnAppWithoutWindowsShowsTheEmptyText) {
     entryNamed(view.content().menu.tracked, "Notes").select();
-    const auto content = view.content();
-    EXPECT_EQ(content.emptyText, "Notes currently has no open windows.");
-    EXPECT_TRUE(content.rows.empty());
-    EXPECT_EQ(content.menu.label, "Notes");
+    const auto empty = view.content();
+    EXPECT_EQ(empty.emptyText, "Notes currently has no open windows.");
+    EXPECT_TRUE(empty.rows.empty());
+    EXPECT_EQ(empty.menu.label, "Notes");
 }
 
 TEST_F(ListWindowViewTest, ErrorsShowThePermissionViewOrTextWithoutAMenu) {

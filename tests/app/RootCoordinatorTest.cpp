@@ -93,6 +93,9 @@ TEST_F(RootCoordinatorTest, ReleasingAKeyOfTheChordMatchesAgainAndPlacesThePanel
     // Control goes up: the event no longer carries Control, the record adds it.
     desktop.eventMonitors().flagsChanged(modifier::option | modifier::shift, keycode::control);
     EXPECT_EQ(panel()->frame().origin, (CGPoint{-50, 0}));
+    // Placement is not kept on screen.
+    presentAt({5, 5});
+    EXPECT_EQ(panel()->frame().origin, (CGPoint{-145, -95}));
 }
 
 TEST_F(RootCoordinatorTest, AShortcutWithAKeyMatchesOnKeyDownAndChangesWorkAtTheNextEvent) {
@@ -110,11 +113,6 @@ TEST_F(RootCoordinatorTest, AShortcutWithAKeyMatchesOnKeyDownAndChangesWorkAtThe
     desktop.eventMonitors().keyDown(keycode::a, modifier::command, "a", "a");
     pressChord();
     EXPECT_FALSE(panel()->isVisible());
-}
-
-TEST_F(RootCoordinatorTest, PlacementIsNotKeptOnScreen) {
-    presentAt({5, 5});
-    EXPECT_EQ(panel()->frame().origin, (CGPoint{-145, -95}));
 }
 
 TEST_F(RootCoordinatorTest, APressWhileOpenReCentresAndRestoresFullOpacity) {
@@ -143,14 +141,21 @@ TEST_F(RootCoordinatorTest, ThePanelFadesWithDistanceAndClosesAt250Points) {
     EXPECT_EQ(events.localMonitorCount(), 2u);
 }
 
-TEST_F(RootCoordinatorTest, EscapeClosesUnlessAllFiveModifiersAreHeld) {
+TEST_F(RootCoordinatorTest, EscapeClosesUnlessAllFiveModifiersAreHeldAndLeavesTheMouseMonitors) {
     presentAt({600, 400});
+    presentAt({600, 400});
+    auto& events = desktop.eventMonitors();
+    EXPECT_EQ(events.globalMonitorCount(), 3u);  // the mouse monitor is installed once
     const auto allFive = modifier::shift | modifier::control | modifier::option |
                          modifier::command | modifier::function;
-    desktop.eventMonitors().keyUp(keycode::escape, allFive);
+    events.keyUp(keycode::escape, allFive);
     EXPECT_TRUE(panel()->isVisible());
-    desktop.eventMonitors().keyUp(keycode::escape, modifier::shift);
+    events.keyUp(keycode::escape, modifier::shift);
     EXPECT_FALSE(panel()->isVisible());
+    // Escape leaves the mouse monitors on; the next distance exit removes them.
+    EXPECT_EQ(events.globalMonitorCount(), 3u);
+    events.mouseMoved({2000, 2000});
+    EXPECT_EQ(events.globalMonitorCount(), 2u);
 }
 
 TEST_F(RootCoordinatorTest, AnotherApplicationInFrontClosesThePanelAndOurOwnDoesNot) {
@@ -159,17 +164,6 @@ TEST_F(RootCoordinatorTest, AnotherApplicationInFrontClosesThePanelAndOurOwnDoes
     EXPECT_TRUE(panel()->isVisible());
     desktop.workspace().setFrontmostApplication(desktop.workspace().runningApplications()[2]);
     EXPECT_FALSE(panel()->isVisible());
-}
-
-TEST_F(RootCoordinatorTest, MouseMonitorsAreInstalledOnceAndRemovedAtTheDistanceExit) {
-    presentAt({600, 400});
-    presentAt({600, 400});
-    EXPECT_EQ(desktop.eventMonitors().globalMonitorCount(), 3u);
-    desktop.eventMonitors().keyUp(keycode::escape);
-    // Escape leaves the mouse monitors on; the next exit removes them.
-    EXPECT_EQ(desktop.eventMonitors().globalMonitorCount(), 3u);
-    desktop.eventMonitors().mouseMoved({2000, 2000});
-    EXPECT_EQ(desktop.eventMonitors().globalMonitorCount(), 2u);
 }
 
 TEST_F(RootCoordinatorTest, SettingsOpenedTwiceGivesOneCoordinatorThatEndsAfterItsWindowCloses) {
@@ -192,19 +186,19 @@ TEST_F(RootCoordinatorTest, SettingsOpenedTwiceGivesOneCoordinatorThatEndsAfterI
     EXPECT_EQ(settingsMade, 2);
 }
 
-TEST_F(RootCoordinatorTest, CommandsWithoutTheirFeatureDoNothingAndQuitTerminates) {
-    root->showAbout();
-    EXPECT_FALSE(root->aboutCoordinator());
-    root->quit();
-    EXPECT_EQ(desktop.application().terminateCount(), 1u);
-}
-
-TEST_F(RootCoordinatorTest, StartShowsThePanelOnceTheInstructionsWereSeenAndBuildsTheMenu) {
+TEST_F(RootCoordinatorTest,
+       StartShowsThePanelOnceTheInstructionsWereSeenBuildsTheMenuAndQuitTerminates) {
     quillbox::DefaultsManager::shared().setValue(false, tarnwick::needsShowingInstructions);
     desktop.eventMonitors().setMouseLocation({300, 300});
     root->start();
     EXPECT_TRUE(panel()->isVisible());
     EXPECT_EQ(desktop.statusBar().items().at(0)->menu()->itemArray().size(), 5u);
+
+    // Commands without their feature do nothing; Quit terminates.
+    root->showAbout();
+    EXPECT_FALSE(root->aboutCoordinator());
+    root->quit();
+    EXPECT_EQ(desktop.application().terminateCount(), 1u);
 }
 
 TEST_F(RootCoordinatorTest, EveryHandlerIsHeldWeakly) {

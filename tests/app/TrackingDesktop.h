@@ -58,16 +58,8 @@ class TrackingDesktop : public ::testing::Test {
         desktop.bundles().addBundle(location, std::move(identifier), std::move(info));
     }
 
-    // An ordinary application in /Applications, with its bundle, running
-    // since before the program started.
-    AppRef addOrdinaryApp(pid_t pid, const std::string& name) {
-        const auto location = "/Applications/" + name + ".app";
-        const auto identifier = "com.example." + name;
-        addBundle(location, identifier);
-        return desktop.workspace().addRunning(appInfo(pid, name, identifier, location));
-    }
-
-    // The same, launched now; the notification arrives at settle().
+    // An ordinary application in /Applications, with its bundle, launched
+    // now; the notification arrives at settle().
     AppRef launchOrdinaryApp(pid_t pid, const std::string& name) {
         const auto location = "/Applications/" + name + ".app";
         const auto identifier = "com.example." + name;

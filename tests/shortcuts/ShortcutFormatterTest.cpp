@@ -15,20 +15,14 @@ class ShortcutFormatterTest : public testing::ShortcutTest {
     SRShortcutRef commandShiftK = SRShortcut::shortcutWithCode(40, commandShift);
 };
 
-TEST_F(ShortcutFormatterTest, DefaultsPutTheSymbolsFirst) {
+TEST_F(ShortcutFormatterTest, DefaultsPutTheSymbolsFirstAndEachSettingChangesItsPart) {
     SRShortcutFormatter formatter;
-    EXPECT_TRUE(formatter.isKeyCodeLiteral());
-    EXPECT_FALSE(formatter.areModifierFlagsLiteral());
-    EXPECT_TRUE(formatter.usesASCIICapableKeyboardInputSource());
     EXPECT_EQ(formatter.stringForObjectValue(commandShiftK), "⇧⌘K");
     EXPECT_EQ(formatter.stringForObjectValue(std::string("⇧⌘K")), std::nullopt);
     EXPECT_EQ(formatter.stringForObjectValue(SRNumber(40)), std::nullopt);
     EXPECT_EQ(formatter.stringForShortcut(*SRShortcut::shortcutWithCode(200, SRCommandFlag)),
               "⌘<200>");
-}
 
-TEST_F(ShortcutFormatterTest, EachSettingChangesItsPart) {
-    SRShortcutFormatter formatter;
     formatter.setModifierFlagsLiteral(true);
     EXPECT_EQ(formatter.stringForShortcut(*commandShiftK), "Shift-CommandK");
     formatter.setModifierFlagsLiteral(false);

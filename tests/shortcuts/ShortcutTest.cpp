@@ -22,48 +22,37 @@ class ShortcutTest : public testing::ShortcutTest {
     }
 };
 
-TEST_F(ShortcutTest, ConstructionMasksTheFlagsAndComputesMissingTexts) {
+TEST_F(ShortcutTest, ConstructionMasksTheFlagsAndComputesOnlyMissingTexts) {
     auto shortcut = SRShortcut::shortcutWithCode(0, SRCocoaModifierFlagsMask | 0x800000);
     EXPECT_EQ(shortcut->modifierFlags(), SRCocoaModifierFlagsMask);
 
     auto shiftA = SRShortcut::shortcutWithCode(0, SRShiftFlag);
     EXPECT_EQ(shiftA->characters(), "A");
     EXPECT_EQ(shiftA->charactersIgnoringModifiers(), "a");
-
-    auto given = SRShortcut::shortcutWithCode(0, SRShiftFlag, "x", "");
-    EXPECT_EQ(given->characters(), "x");
-    EXPECT_EQ(given->charactersIgnoringModifiers(), "");
-
-    auto modifiersOnly = SRShortcut::shortcutWithCode(SRKeyCodeNone, SRControlFlag);
-    EXPECT_EQ(modifiersOnly->characters(), std::nullopt);
-    EXPECT_EQ(modifiersOnly->charactersIgnoringModifiers(), std::nullopt);
+    EXPECT_EQ(SRShortcut::shortcutWithCode(0, SRShiftFlag, "x", "")->charactersIgnoringModifiers(),
+              "");
+    EXPECT_EQ(SRShortcut::shortcutWithCode(SRKeyCodeNone, SRControlFlag)->characters(),
+              std::nullopt);
 }
 
-TEST_F(ShortcutTest, EqualityAndHashIgnoreTheTexts) {
+TEST_F(ShortcutTest, EqualityAndHashIgnoreTheTextsAndCarbonNumberingFollowsTheKey) {
     auto onUS = SRShortcut::shortcutWithCode(16, SRCommandFlag, "y", "y");
     auto onGerman = SRShortcut::shortcutWithCode(16, SRCommandFlag, "z", "z");
-    EXPECT_TRUE(onUS->isEqualToShortcut(*onGerman));
     EXPECT_EQ(*onUS, *onGerman);
-    EXPECT_EQ(onUS->hash(), onGerman->hash());
     EXPECT_EQ(std::hash<SRShortcut>{}(*onUS), std::hash<SRShortcut>{}(*onGerman));
     EXPECT_TRUE(onUS->isEqual(onGerman));
     EXPECT_FALSE(onUS->isEqual(SRValue()));
     EXPECT_FALSE(onUS->isEqual(SRShortcutRef()));
     EXPECT_FALSE(onUS->isEqual(onUS->dictionaryRepresentation()));
     EXPECT_FALSE(onUS->isEqualToShortcut(*SRShortcut::shortcutWithCode(16, commandShift)));
-
     EXPECT_EQ(SRShortcut::shortcutWithCode(0, SRCommandFlag)->hash(), 0x100000u);
-}
 
-TEST_F(ShortcutTest, CarbonNumbering) {
     EXPECT_EQ(SRShortcut::shortcutWithCode(96, SRCommandFlag)->carbonModifierFlags(), 0x800100u);
     EXPECT_EQ(SRShortcut::shortcutWithCode(0, SRCommandFlag)->carbonModifierFlags(), 0x100u);
     EXPECT_EQ(SRShortcut::shortcutWithCode(0, SRCocoaModifierFlagsMask)->carbonModifierFlags(),
               0x1B00u);
-    EXPECT_EQ(SRShortcut::shortcutWithCode(40, 0)->carbonKeyCode(), 40u);
     const char* critical = "#Critical SRKeyCodeNone has no representation in Carbon";
     EXPECT_FALSE(log.contains(critical));
-
     EXPECT_EQ(SRShortcut::shortcutWithCode(SRKeyCodeNone, 0)->carbonKeyCode(), 65535u);
     EXPECT_TRUE(log.contains(quillbox::LogLevel::fault, critical));
 }
@@ -88,7 +77,7 @@ TEST_F(ShortcutTest, KeyEventsKeepTheirTexts) {
         << "what the event lacks is computed";
 }
 
-TEST_F(ShortcutTest, AModifierKeyGivesAShortcutOfModifiersAlone) {
+TEST_F(ShortcutTest, AModifierKeyGivesModifiersAloneAndOtherEventsNothing) {
     // The Command key going up: the event no longer carries Command.
     auto commandUp = SRShortcut::shortcutWithEvent(keyEvent(EventType::flagsChanged, 55, 0));
     ASSERT_TRUE(commandUp);
@@ -107,12 +96,9 @@ TEST_F(ShortcutTest, AModifierKeyGivesAShortcutOfModifiersAlone) {
 
     auto capsLock = SRShortcut::shortcutWithEvent(
         keyEvent(EventType::flagsChanged, 57, SRControlFlag | SROptionFlag), true);
-    EXPECT_EQ(capsLock->keyCode(), SRKeyCodeNone);
     EXPECT_EQ(capsLock->modifierFlags(), SRControlFlag | SROptionFlag);
     EXPECT_EQ(capsLock->characters(), "");
-}
 
-TEST_F(ShortcutTest, OtherEventsGiveNothing) {
     EXPECT_FALSE(SRShortcut::shortcutWithEvent(keyEvent(EventType::mouseMoved, 0, 0)));
     EXPECT_EQ(log.texts(),
               std::vector<std::string>{"#Error aKeyboardEvent must be either NSEventTypeKeyUp, "
@@ -129,25 +115,15 @@ TEST_F(ShortcutTest, KeyEquivalentsAreModifierSymbolsThenAKey) {
     EXPECT_EQ(command->keyCode(), SRKeyCodeNone);
     EXPECT_EQ(command->modifierFlags(), SRCommandFlag);
 
-    auto chord = SRShortcut::shortcutWithKeyEquivalent("⌃⌥⇧");
-    ASSERT_TRUE(chord);
-    EXPECT_EQ(chord->keyCode(), SRKeyCodeNone);
-    EXPECT_EQ(chord->modifierFlags(), 0xE0000u);
-    EXPECT_EQ(chord->characters(), std::nullopt);
-
     auto commandShiftK = SRShortcut::shortcutWithKeyEquivalent("⇧⌘K");
     ASSERT_TRUE(commandShiftK);
     EXPECT_EQ(commandShiftK->keyCode(), 40);
     EXPECT_EQ(commandShiftK->modifierFlags(), commandShift);
     EXPECT_EQ(commandShiftK->characters(), "K");
-
-    auto f5 = SRShortcut::shortcutWithKeyEquivalent("F5");
-    ASSERT_TRUE(f5);
-    EXPECT_EQ(f5->keyCode(), 96);
-    EXPECT_EQ(f5->modifierFlags(), 0u);
+    EXPECT_EQ(SRShortcut::shortcutWithKeyEquivalent("F5")->keyCode(), 96);
 }
 
-TEST_F(ShortcutTest, DictionariesWithBadKeyCodesGiveModifiersAlone) {
+TEST_F(ShortcutTest, DictionariesRoundTripAndBadKeyCodesGiveModifiersAlone) {
     const SRDictionary textKeyCode = {{"keyCode", std::string("0")},
                                       {"modifierFlags", SRNumber(SRCommandFlag)}};
     auto shortcut = SRShortcut::shortcutWithDictionary(textKeyCode);
@@ -164,21 +140,13 @@ TEST_F(ShortcutTest, DictionariesWithBadKeyCodesGiveModifiersAlone) {
         {{"keyCode", SRNumber(0)}, {"modifierFlags", SRNull{}}, {"characters", SRNull{}}});
     EXPECT_EQ(nulls->modifierFlags(), 0u);
     EXPECT_EQ(nulls->characters(), "a");
-}
 
-TEST_F(ShortcutTest, TheDictionaryFormRoundTripsAndAnswersSubscripts) {
-    auto shortcut = SRShortcut::shortcutWithCode(40, commandShift, "K", "k");
-    const auto dictionary = shortcut->dictionaryRepresentation();
+    auto commandShiftK = SRShortcut::shortcutWithCode(40, commandShift, "K", "k");
+    const auto dictionary = commandShiftK->dictionaryRepresentation();
     EXPECT_EQ(dictionary.size(), 4u);
-    EXPECT_TRUE(shortcut->isEqualToDictionary(dictionary));
-    auto back = SRShortcut::shortcutWithDictionary(dictionary);
-    EXPECT_EQ(*back, *shortcut);
-    EXPECT_EQ(back->characters(), "K");
-
-    EXPECT_EQ((*shortcut)["keyCode"], SRDictionaryValue(SRNumber(40)));
-    EXPECT_EQ((*shortcut)["modifierFlags"], SRDictionaryValue(SRNumber(commandShift)));
-    EXPECT_EQ((*shortcut)["charactersIgnoringModifiers"], SRDictionaryValue(std::string("k")));
-    EXPECT_EQ((*shortcut)["keycode"], std::nullopt);
+    EXPECT_EQ(SRShortcut::shortcutWithDictionary(dictionary)->characters(), "K");
+    EXPECT_EQ((*commandShiftK)["charactersIgnoringModifiers"], SRDictionaryValue(std::string("k")));
+    EXPECT_EQ((*commandShiftK)["keycode"], std::nullopt);
     EXPECT_EQ(SRShortcut::shortcutWithCode(SRKeyCodeNone, 0)->dictionaryRepresentation().size(),
               2u);
 }
@@ -188,7 +156,6 @@ TEST_F(ShortcutTest, MenuKeyEquivalentsMatchTheirShortcut) {
     EXPECT_TRUE(
         commandA->isEqualToKeyEquivalent("a", SRCommandFlag | platform::modifier::function));
     EXPECT_FALSE(commandA->isEqualToKeyEquivalent("A", SRCommandFlag));
-    EXPECT_FALSE(commandA->isEqualToKeyEquivalent("a", commandShift));
     EXPECT_FALSE(commandA->isEqualToKeyEquivalent("", SRCommandFlag));
 
     // A capital carries Shift.
@@ -202,7 +169,6 @@ TEST_F(ShortcutTest, MenuKeyEquivalentsMatchTheirShortcut) {
     auto backTab = SRShortcut::shortcutWithCode(48, SRShiftFlag);
     EXPECT_TRUE(backTab->isEqualToKeyEquivalent("\x19", SRShiftFlag));
     EXPECT_TRUE(backTab->isEqualToKeyEquivalent("\t", SRShiftFlag));
-    EXPECT_FALSE(backTab->isEqualToKeyEquivalent("\x19", 0));
 
     EXPECT_FALSE(SRShortcut::shortcutWithCode(SRKeyCodeNone, SRCommandFlag)
                      ->isEqualToKeyEquivalent("a", SRCommandFlag));

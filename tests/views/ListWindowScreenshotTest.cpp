@@ -3,18 +3,11 @@
 #include <QApplication>
 #include <QDir>
 #include <QLabel>
-#include <QMenu>
-#include <QPainter>
 #include <QPalette>
 #include <QPixmap>
-#include <QPushButton>
-#include <algorithm>
 #include <cstdlib>
 
 #include "ListWindowFixture.h"
-#include "QtTestSupport.h"
-#include "views/PaintedIcon.h"
-#include "views/StatusBarGlyph.h"
 #include "views/SystemSymbols.h"
 #include "views/TrafficLightButton.h"
 
@@ -106,83 +99,6 @@ TEST_F(ListWindowScreenshot, TheEmptyAndErrorPanels) {
     const QPixmap picture = widget->grab();
     save(picture, QStringLiteral("list-window-error.png"));
     EXPECT_LT(picture.height(), 40);
-}
-
-TEST_F(ListWindowScreenshot, TheApplicationMenuWithAnEntryOpen) {
-    show(windowsContent({documents}));
-    auto* button = widget->tree()->findChild<QPushButton*>(QStringLiteral("appMenuButton"));
-    QMenu& menu = *button->menu();
-    menu.popup(button->mapToGlobal(QPoint(0, button->height())));
-    ASSERT_TRUE(runQtUntil([&] { return menu.isVisible(); }));
-    QAction* editor = menu.actions().at(2);
-    menu.setActiveAction(editor);
-    QMenu& submenu = *editor->menu();
-    submenu.popup(menu.mapToGlobal(menu.actionGeometry(editor).topRight()));
-    ASSERT_TRUE(runQtUntil([&] { return submenu.isVisible(); }));
-
-    const QPixmap main = menu.grab();
-    const QPixmap side = submenu.grab();
-    QPixmap both(main.width() + side.width() + 4, std::max(main.height(), side.height()));
-    both.setDevicePixelRatio(main.devicePixelRatio());
-    both.fill(Qt::transparent);
-    QPainter painter(&both);
-    painter.drawPixmap(0, 0, main);
-    painter.drawPixmap(main.width() / main.devicePixelRatio() + 4,
-                       menu.actionGeometry(editor).top(), side);
-    painter.end();
-    save(both, QStringLiteral("app-menu.png"));
-    submenu.hide();
-    menu.hide();
-}
-
-// A sheet of every symbol at three sizes on light and dark, and the status
-// glyph at its usual sizes.
-TEST(SymbolSheet, EverySymbolAndTheStatusGlyph) {
-    const QStringList names{
-        "circle.fill", "x.circle.fill",       "minus.circle.fill", "viewfinder.circle.fill",
-        "circle",      "checkmark.seal.fill", "xmark.seal.fill",   "gear",
-        "sparkle"};
-    const QList<int> sizes{14, 24, 48};
-    const QList<QColor> colours{platform::qt::titleBarColor::red(),
-                                platform::qt::titleBarColor::yellow(),
-                                platform::qt::titleBarColor::green()};
-    const int cell = 56;
-    QPixmap sheet(cell * names.size(), cell * sizes.size() * 2);
-    QPainter painter(&sheet);
-    for (int half = 0; half < 2; ++half) {
-        const QColor background = half ? QColor(0x2B, 0x2B, 0x2D) : QColor(0xF2, 0xF2, 0xF2);
-        const QColor ink = half ? QColor(0xEC, 0xEC, 0xEC) : QColor(0x1E, 0x1E, 0x1E);
-        painter.fillRect(0, half * cell * sizes.size(), sheet.width(), cell * sizes.size(),
-                         background);
-        for (int column = 0; column < names.size(); ++column)
-            for (int line = 0; line < sizes.size(); ++line) {
-                const int size = sizes[line];
-                const QRectF box(column * cell + (cell - size) / 2.0,
-                                 (half * sizes.size() + line) * cell + (cell - size) / 2.0, size,
-                                 size);
-                const QColor colour = column < 4 ? colours[column % 3] : ink;
-                platform::qt::paintSymbol(painter, box, names[column], colour);
-            }
-    }
-    painter.end();
-    save(sheet, QStringLiteral("symbols.png"));
-
-    const QList<int> glyphSizes{16, 22, 32, 64};
-    QPixmap glyphs(8 + 80 * glyphSizes.size(), 160);
-    QPainter glyphPainter(&glyphs);
-    glyphPainter.fillRect(0, 0, glyphs.width(), 80, QColor(0xEC, 0xEC, 0xEC));
-    glyphPainter.fillRect(0, 80, glyphs.width(), 80, QColor(0x1C, 0x1C, 0x1E));
-    for (int index = 0; index < glyphSizes.size(); ++index)
-        for (int half = 0; half < 2; ++half) {
-            const int size = glyphSizes[index];
-            platform::qt::paintStatusBarGlyph(
-                glyphPainter, QRectF(8 + index * 80, half * 80 + (80 - size) / 2.0, size, size));
-        }
-    glyphPainter.end();
-    save(glyphs, QStringLiteral("status-bar-icon.png"));
-    // The resource image, for whatever shows it as a picture file.
-    save(platform::qt::statusBarIcon().pixmap(64), QStringLiteral("StatusBarIcon.png"));
-    SUCCEED();
 }
 
 }  // namespace

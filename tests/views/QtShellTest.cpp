@@ -78,7 +78,7 @@ TEST(QtMenus, AQtMenuShowsTheProgramsMenuAsItStandsWhenOpened) {
     EXPECT_EQ(qtMenu.actions().size(), 4);
 }
 
-TEST(QtStatusBar, ItemHasAButtonAndItsMenuFollowsTheProgramsMenu) {
+TEST(QtStatusBar, ItemHasAButtonItsMenuFollowsTheProgramsAndImagesComeFromOurResources) {
     platform::qt::QtStatusBar bar;
     auto item = bar.statusItemWithLength(variableStatusItemLength);
     ASSERT_NE(item->button(), nullptr);
@@ -93,9 +93,7 @@ TEST(QtStatusBar, ItemHasAButtonAndItsMenuFollowsTheProgramsMenu) {
     ASSERT_NE(qtMenu, nullptr);
     showMenu(*qtMenu);
     EXPECT_EQ(titlesOf(*qtMenu), QStringList{"Settings"});
-}
 
-TEST(QtImages, ResourceImagesComeFromOurResources) {
     EXPECT_FALSE(platform::qt::iconFor(Image::resource("StatusBarIcon")).isNull());
     EXPECT_TRUE(platform::qt::iconFor(Image::resource("NoSuchImage")).isNull());
     EXPECT_TRUE(platform::qt::iconFor(Image::file("/nonexistent/icon.png")).isNull());

@@ -117,12 +117,6 @@ TEST(QtWindow, StyleAndLevelBecomeWindowFlags) {
     EXPECT_TRUE(settings.testFlag(Qt::WindowStaysOnTopHint));
     EXPECT_FALSE(settings.testFlag(Qt::WindowDoesNotAcceptFocus));
 
-    // Onboarding: titled and miniaturizable but with no close button.
-    const auto onboarding = windowFlagsFor(false, 4101, windowLevel::normal);
-    EXPECT_FALSE(onboarding.testFlag(Qt::WindowCloseButtonHint));
-    EXPECT_TRUE(onboarding.testFlag(Qt::WindowMinimizeButtonHint));
-    EXPECT_FALSE(onboarding.testFlag(Qt::WindowStaysOnTopHint));
-
     EXPECT_TRUE(
         windowFlagsFor(false, windowStyle::borderless, 0).testFlag(Qt::FramelessWindowHint));
 }

@@ -30,7 +30,9 @@ TEST_F(DesktopEntryIndexTest, EarlierDirectoriesWinSubfoldersGiveDashedIdsDamage
     tree.writeApplication(std::string(DesktopEntryTestTree::local) + "viewer.desktop", "Viewer",
                           "viewer", "Hidden=true\n");
     writeSystem("kde4/okular.desktop", "Okular", "okular %U");
-    tree.write(std::string(DesktopEntryTestTree::system) + "broken.desktop", "\x7f" "ELF garbage");
+    tree.write(std::string(DesktopEntryTestTree::system) + "broken.desktop",
+               "\x7f"
+               "ELF garbage");
     tree.write(std::string(DesktopEntryTestTree::system) + "notes.txt", "[Desktop Entry]\n");
     auto index = makeIndex();
     ASSERT_EQ(index.entries().size(), 3u);

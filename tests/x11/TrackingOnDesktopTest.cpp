@@ -28,6 +28,7 @@ namespace {
 namespace fs = std::filesystem;
 using platform::RunningApplicationRef;
 using platform::x11::X11Desktop;
+using platform::x11::fixtures::DesktopEntryTestTree;
 using tarnwick::AppGrouping;
 using tarnwick::ListWindowViewModel;
 using Names = std::vector<std::string>;

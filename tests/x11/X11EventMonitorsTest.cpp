@@ -125,12 +125,11 @@ TEST_F(X11EventMonitorsTest, MouseMovesComeInBottomLeftPointsToMouseMonitorsOnly
     monitors->addGlobalMonitor(keyboardMask, [&](const Event&) { ++keyboardHeard; });
     ASSERT_TRUE(recordGlobally(mouseMovedMask));
     for (const auto& [x, y, expected] : {std::tuple{100, 200, platform::CGPoint{100, 600}},
-                                          std::tuple{1279, 0, platform::CGPoint{1279, 800}}}) {
+                                         std::tuple{1279, 0, platform::CGPoint{1279, 800}}}) {
         input->movePointer(x, y);
         input->sync();
-        ASSERT_TRUE(waitFor([&] {
-            return !seen.empty() && seen.back().locationInScreen == expected;
-        }));
+        ASSERT_TRUE(
+            waitFor([&] { return !seen.empty() && seen.back().locationInScreen == expected; }));
         EXPECT_EQ(seen.back().type, EventType::mouseMoved);
         EXPECT_EQ(monitors->mouseLocation(), expected);
     }

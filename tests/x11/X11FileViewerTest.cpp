@@ -59,7 +59,9 @@ class X11FileViewerTest : public ::testing::Test {
         entry.exec = "files %U";
         return DefaultFileManager(entry);
     }
-    void settle() { loop.runUntil([] { return false; }, 0.3); }
+    void settle() {
+        loop.runUntil([] { return false; }, 0.3);
+    }
 
     x11test::ScopedEnvironment environment;
     DesktopEntryTestTree tree;

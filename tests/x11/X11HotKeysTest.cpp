@@ -21,6 +21,8 @@ class X11HotKeysTest : public InputBackendTest {
   protected:
     void SetUp() override {
         InputBackendTest::SetUp();
+        if (HasFatalFailure())
+            return;
         hotKeys = std::make_unique<X11HotKeys>(*source);
         other = xcb_connect(display.name().c_str(), nullptr);
     }

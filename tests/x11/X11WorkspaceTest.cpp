@@ -54,10 +54,13 @@ class X11WorkspaceTest : public X11DesktopTest {
             return app && app->processIdentifier() == pid;
         });
     }
-    void settle() { loop.runUntil([] { return false; }, 0.2); }
+    void settle() {
+        loop.runUntil([] { return false; }, 0.2);
+    }
 
     DesktopEntryTestTree tree;
     std::unique_ptr<X11Desktop> desktop;
+    std::vector<RunningApplicationRef> launched, terminated;
 };
 
 TEST_F(X11WorkspaceTest, ProcessesWithWindowsOrOfInstalledApplicationsRunAndSoDoWe) {
@@ -115,10 +118,9 @@ TEST_F(X11WorkspaceTest, ProcessesWithWindowsOrOfInstalledApplicationsRunAndSoDo
 
 TEST_F(X11WorkspaceTest, AFirstWindowLaunchesAndTheProcessEndTerminates) {
     openDesktop();
-    std::vector<RunningApplicationRef> launched, terminated;
     for (const auto name : {WorkspaceNotification::didLaunchApplication,
                             WorkspaceNotification::didTerminateApplication}) {
-        workspace().addObserverForName(name, [&, name](const auto& info) {
+        workspace().addObserverForName(name, [this, name](const auto& info) {
             (name == WorkspaceNotification::didLaunchApplication ? launched : terminated)
                 .push_back(info.application);
         });

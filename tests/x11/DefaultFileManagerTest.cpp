@@ -39,27 +39,19 @@ class DefaultFileManagerTest : public ::testing::Test {
     std::vector<std::string> currentDesktops;
 };
 
-TEST_F(DefaultFileManagerTest, TheMostImportantListWins) {
+TEST_F(DefaultFileManagerTest, TheMostImportantListNamingAnInstalledApplicationWins) {
     writeDefaults("usr/share/applications/mimeapps.list", "nautilus.desktop");
     EXPECT_EQ(defaultId(), "nautilus.desktop");
+    writeDefaults("home/.config/mimeapps.list", "gone.desktop");
+    tree.write("home/.config/mimeapps.list.broken", "garbage");
+    EXPECT_EQ(defaultId(), "nautilus.desktop") << "a list of uninstalled defaults falls through";
     writeDefaults("etc/xdg/mimeapps.list", "thunar.desktop");
     EXPECT_EQ(defaultId(), "thunar.desktop");
     writeDefaults("home/.config/mimeapps.list", "missing.desktop;pcmanfm.desktop;");
+    // The current desktop's own list comes first at its level, for that desktop only.
+    writeDefaults("home/.config/lxde-mimeapps.list", "nautilus.desktop");
     EXPECT_EQ(defaultId(), "pcmanfm.desktop") << "an uninstalled default is passed over";
-}
-
-TEST_F(DefaultFileManagerTest, TheCurrentDesktopsOwnListComesFirstAtItsLevel) {
-    writeDefaults("home/.config/mimeapps.list", "nautilus.desktop");
-    writeDefaults("home/.config/lxde-mimeapps.list", "thunar.desktop");
-    EXPECT_EQ(defaultId(), "nautilus.desktop");
     currentDesktops = {"LXDE"};
-    EXPECT_EQ(defaultId(), "thunar.desktop");
-}
-
-TEST_F(DefaultFileManagerTest, ADefaultThatOnlyNamesMissingApplicationsFallsThrough) {
-    writeDefaults("home/.config/mimeapps.list", "gone.desktop");
-    tree.write("home/.config/mimeapps.list.broken", "garbage");
-    writeDefaults("usr/share/applications/mimeapps.list", "nautilus.desktop");
     EXPECT_EQ(defaultId(), "nautilus.desktop");
 }
 
@@ -72,12 +64,10 @@ TEST_F(DefaultFileManagerTest, WithoutDefaultsAddedThenDeclaredAssociationsCount
     tree.write("usr/share/applications/mimeapps.list",
                "[Added Associations]\ninode/directory=thunar.desktop;\n");
     EXPECT_EQ(defaultId(), "thunar.desktop");
-}
 
-TEST_F(DefaultFileManagerTest, NothingWhenNoApplicationOpensFolders) {
     DesktopEntryTestTree empty;
-    const DesktopEntryIndex index(empty.directories(), DesktopEntryLocale());
-    EXPECT_FALSE(DefaultFileManager::find(index));
+    EXPECT_FALSE(DefaultFileManager::find(DesktopEntryIndex(empty.directories(), {})))
+        << "no application opens folders";
 }
 
 TEST_F(DefaultFileManagerTest, ListFilesGoFromTheUserToTheSystem) {

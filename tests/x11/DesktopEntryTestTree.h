@@ -3,6 +3,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <iterator>
 #include <string>
 #include <string_view>
 
@@ -32,6 +33,13 @@ class DesktopEntryTestTree {
         std::filesystem::create_directories(path.parent_path());
         std::ofstream(path, std::ios::binary) << text;
         return path;
+    }
+
+    // The file's bytes; empty when it can't be read. Absolute paths are
+    // taken as they stand.
+    std::string read(const std::filesystem::path& path) const {
+        std::ifstream in(root_ / path, std::ios::binary);
+        return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
     }
 
     // A minimal application entry.

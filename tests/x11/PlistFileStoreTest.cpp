@@ -1,6 +1,5 @@
 #include <gtest/gtest.h>
 #include <signal.h>
-#include <stdlib.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -8,8 +7,6 @@
 #include <chrono>
 #include <cstdio>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <random>
 #include <string>
 #include <thread>
@@ -18,6 +15,8 @@
 #include "platform/sim/SimMainLoop.h"
 #include "platform/x11/PlistFileStore.h"
 #include "support/StandardOutput.h"
+#include "x11/DesktopEntryTestTree.h"
+#include "x11/ScopedEnvironment.h"
 
 using platform::PropertyList;
 using platform::PropertyListCodec;
@@ -29,41 +28,25 @@ namespace {
 
 class PlistFileStoreTest : public ::testing::Test {
   protected:
-    PlistFileStoreTest() {
-        char folderTemplate[] = "/tmp/plist-store-test-XXXXXX";
-        root = ::mkdtemp(folderTemplate);
-        path = root / "tarnwick" / "org.example.Tarnwick.plist";
-    }
-    ~PlistFileStoreTest() override { fs::remove_all(root); }
-
-    std::string fileBytes(const fs::path& file) const {
-        std::ifstream in(file, std::ios::binary);
-        return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
-    }
-    void writeBytes(const fs::path& file, const std::string& bytes) const {
-        fs::create_directories(file.parent_path());
-        std::ofstream(file, std::ios::binary) << bytes;
-    }
     // Puts a whole new file in place the way other programs save: write
     // beside, rename over.
-    void replaceFromOutside(const PropertyList::Dictionary& values) const {
+    void replaceFromOutside(const PropertyList::Dictionary& values) {
         const auto bytes = PropertyListCodec::encodeBinary(values);
         const fs::path beside = path.string() + ".new";
-        writeBytes(beside, std::string(bytes.begin(), bytes.end()));
+        tree.write(beside, std::string(bytes.begin(), bytes.end()));
         fs::rename(beside, path);
     }
     std::vector<fs::path> damagedFiles() const {
         std::vector<fs::path> found;
         for (const auto& entry : fs::directory_iterator(path.parent_path())) {
-            if (entry.path().filename().string().find(".damaged-") != std::string::npos) {
+            if (entry.path().filename().string().find(".damaged-") != std::string::npos)
                 found.push_back(entry.path());
-            }
         }
         return found;
     }
 
-    fs::path root;
-    fs::path path;
+    platform::x11::fixtures::DesktopEntryTestTree tree;
+    fs::path path = tree.root() / "tarnwick" / "org.example.Tarnwick.plist";
     SimMainLoop loop;
 };
 
@@ -104,7 +87,7 @@ TEST_F(PlistFileStoreTest, EveryKindOfValueSurvivesAReopenInAPrivateBinaryFile) 
     }
     PlistFileStore reopened(path, loop);
     EXPECT_EQ(reopened.dictionaryRepresentation(), everyKind());
-    EXPECT_EQ(fileBytes(path).substr(0, 8), "bplist00");
+    EXPECT_EQ(tree.read(path).substr(0, 8), "bplist00");
     struct stat status {};
     ASSERT_EQ(::stat(path.c_str(), &status), 0);
     EXPECT_EQ(status.st_mode & 0777, 0600u);
@@ -120,33 +103,22 @@ TEST_F(PlistFileStoreTest, ADamagedFileIsKeptAsideAndTheStoreStartsEmpty) {
                                    std::string(truncated.begin(), truncated.end()), "",
                                    fileWithTextThatIsNotUTF8()};
     for (const auto& damaged : damages) {
-        writeBytes(path, damaged);
+        tree.write(path, damaged);
         quillbox::CapturedOutput output;
         PlistFileStore store(path, loop);
 
         EXPECT_TRUE(store.dictionaryRepresentation().empty());
         const auto aside = damagedFiles();
         ASSERT_EQ(aside.size(), 1u);
-        EXPECT_EQ(fileBytes(aside[0]), damaged);
+        EXPECT_EQ(tree.read(aside[0]), damaged);
         ASSERT_EQ(output.lines().size(), 1u);
         EXPECT_NE(output.lines()[0].find(aside[0].string()), std::string::npos);
 
         store.setObject("fresh", true);  // writes a new file, the damaged one stays
-        EXPECT_EQ(fileBytes(aside[0]), damaged);
-        EXPECT_TRUE(PlistFileStore::parse(fileBytes(path)));
+        EXPECT_EQ(tree.read(aside[0]), damaged);
+        EXPECT_TRUE(PlistFileStore::parse(tree.read(path)));
         fs::remove(aside[0]);
     }
-}
-
-TEST_F(PlistFileStoreTest, TextThatIsNotUTF8IsWrittenReadably) {
-    {
-        PlistFileStore store(path, loop);
-        store.setObject("title", "caf\xE9 \xF0\x9F\x93\x81");
-    }
-    quillbox::CapturedOutput output;
-    PlistFileStore reopened(path, loop);
-    EXPECT_EQ(reopened.objectForKey("title"), PropertyList("caf\uFFFD \U0001F4C1"));
-    EXPECT_TRUE(output.lines().empty());
 }
 
 TEST_F(PlistFileStoreTest, AWriterKilledMidWriteAlwaysLeavesAReadableFile) {
@@ -173,7 +145,7 @@ TEST_F(PlistFileStoreTest, AWriterKilledMidWriteAlwaysLeavesAReadableFile) {
         ::kill(child, SIGKILL);
         ::waitpid(child, nullptr, 0);
 
-        const auto values = PlistFileStore::parse(fileBytes(path));
+        const auto values = PlistFileStore::parse(tree.read(path));
         ASSERT_TRUE(values) << "round " << round;
         EXPECT_EQ(values->at("seed"), PropertyList("kept"));
     }
@@ -183,13 +155,19 @@ TEST_F(PlistFileStoreTest, AWriterKilledMidWriteAlwaysLeavesAReadableFile) {
     EXPECT_TRUE(damagedFiles().empty());
 }
 
-TEST_F(PlistFileStoreTest, ChangesFromOutsideAreReadBackAndAnnouncedOnTheLoop) {
+TEST_F(PlistFileStoreTest, OwnWritesAreAnnouncedOnceAndOutsideChangesReadBackOnTheLoop) {
     PlistFileStore store(path, loop);
     int changes = 0;
     auto subscription = store.observeChanges([&] { ++changes; });
+    store.setObject("a", 1);
+    store.setObject("b", 2);
+    EXPECT_EQ(changes, 0);
+    // Give the folder watch every chance to report our own writes as outside ones.
+    EXPECT_FALSE(loop.runUntil([&] { return changes > 2; }, 0.3));
+    ASSERT_EQ(changes, 2);
 
     replaceFromOutside({{"channel", "staging"}});
-    ASSERT_TRUE(loop.runUntil([&] { return changes == 1; }));
+    ASSERT_TRUE(loop.runUntil([&] { return changes == 3; }));
     EXPECT_EQ(store.objectForKey("channel"), PropertyList("staging"));
 
     const pid_t child = ::fork();
@@ -201,50 +179,32 @@ TEST_F(PlistFileStoreTest, ChangesFromOutsideAreReadBackAndAnnouncedOnTheLoop) {
         ::_exit(0);
     }
     ::waitpid(child, nullptr, 0);
-    ASSERT_TRUE(loop.runUntil([&] { return changes == 2; }));
+    ASSERT_TRUE(loop.runUntil([&] { return changes == 4; }));
     EXPECT_EQ(store.objectForKey("fromAnotherProcess"), PropertyList(7));
     EXPECT_EQ(store.objectForKey("channel"), PropertyList("staging"));
 
     fs::remove(path);
-    ASSERT_TRUE(loop.runUntil([&] { return changes == 3; }));
+    ASSERT_TRUE(loop.runUntil([&] { return changes == 5; }));
     EXPECT_TRUE(store.dictionaryRepresentation().empty());
-}
-
-TEST_F(PlistFileStoreTest, OurOwnWritesAreAnnouncedOnceAndNotReadBackAsOutsideChanges) {
-    PlistFileStore store(path, loop);
-    int changes = 0;
-    auto subscription = store.observeChanges([&] { ++changes; });
-    store.setObject("a", 1);
-    store.setObject("b", 2);
-    EXPECT_EQ(changes, 0);
-    // Give the folder watch every chance to report the writes.
-    EXPECT_FALSE(loop.runUntil([&] { return changes > 2; }, 0.3));
-    EXPECT_EQ(changes, 2);
 }
 
 TEST_F(PlistFileStoreTest, ADamagedOutsideWriteIsKeptAsideAndTheLoadedValuesStay) {
     PlistFileStore store(path, loop);
     store.setObject("kept", true);
     quillbox::CapturedOutput output;
-    writeBytes(path, "<plist><dict><key>broken");
+    tree.write(path, "<plist><dict><key>broken");
     ASSERT_TRUE(loop.runUntil([&] { return !damagedFiles().empty(); }));
     EXPECT_EQ(output.lines().size(), 1u);
     EXPECT_EQ(store.objectForKey("kept"), PropertyList(true));
-    EXPECT_EQ(PlistFileStore::parse(fileBytes(path)), store.dictionaryRepresentation());
+    EXPECT_EQ(PlistFileStore::parse(tree.read(path)), store.dictionaryRepresentation());
 }
 
 TEST(PlistFileStorePath, FollowsTheConfigHomeAndFallsBackToDotConfig) {
-    const char* savedConfig = std::getenv("XDG_CONFIG_HOME");
-    const std::string saved = savedConfig ? savedConfig : "";
-    ::setenv("XDG_CONFIG_HOME", "/custom/config", 1);
+    x11test::ScopedEnvironment environment;
+    environment.set("XDG_CONFIG_HOME", "/custom/config");
     EXPECT_EQ(PlistFileStore::defaultPath("org.example.App"),
               fs::path("/custom/config/tarnwick/org.example.App.plist"));
-    ::setenv("XDG_CONFIG_HOME", "relative/is/ignored", 1);
+    environment.set("XDG_CONFIG_HOME", "relative/is/ignored");
     EXPECT_EQ(PlistFileStore::defaultPath("org.example.App"),
               fs::path(std::getenv("HOME")) / ".config/tarnwick/org.example.App.plist");
-    if (savedConfig) {
-        ::setenv("XDG_CONFIG_HOME", saved.c_str(), 1);
-    } else {
-        ::unsetenv("XDG_CONFIG_HOME");
-    }
 }

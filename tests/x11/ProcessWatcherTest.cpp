@@ -43,51 +43,41 @@ TEST_F(ProcessWatcherTest, ReportsAChildEndingOnceOnTheLoop) {
     EXPECT_EQ(reported.size(), 1u);
 }
 
-TEST_F(ProcessWatcherTest, ReportsAProcessThatIsAlreadyGoneOneTurnLater) {
-    ProcessTestChild child(ProcessTestChild::Behaviour::exitAtOnce);
-    child.reap();
-    ASSERT_TRUE(watcher.watch(child.pid(), record()));
+TEST_F(ProcessWatcherTest, ReportsAProcessThatAlreadyEndedReapedOrNot) {
+    ProcessTestChild reaped(ProcessTestChild::Behaviour::exitAtOnce);
+    reaped.reap();
+    ProcessTestChild zombie(ProcessTestChild::Behaviour::exitAtOnce);
+    zombie.waitUntilEnded();
+    ASSERT_TRUE(watcher.watch(reaped.pid(), record()));
+    ASSERT_TRUE(watcher.watch(zombie.pid(), record()));
+    ASSERT_TRUE(watcher.watch(-1, record()));
     EXPECT_TRUE(reported.empty()) << "never from within watch";
     loop.runOneTurn();
-    EXPECT_EQ(reported, std::vector<pid_t>{child.pid()});
-
-    ASSERT_TRUE(watcher.watch(-1, record()));
-    loop.runOneTurn();
-    EXPECT_EQ(reported.back(), -1);
-}
-
-TEST_F(ProcessWatcherTest, ReportsAnEndedChildNotYetReaped) {
-    ProcessTestChild child(ProcessTestChild::Behaviour::exitAtOnce);
-    child.waitUntilEnded();
-    ASSERT_TRUE(watcher.watch(child.pid(), record()));
+    EXPECT_EQ(reported, (std::vector<pid_t>{reaped.pid(), -1}));
     loop.runUntilIdle();
-    EXPECT_EQ(reported, std::vector<pid_t>{child.pid()});
+    EXPECT_EQ(reported, (std::vector<pid_t>{reaped.pid(), -1, zombie.pid()}));
 }
 
-TEST_F(ProcessWatcherTest, UnwatchedProcessesAreNotReported) {
+TEST_F(ProcessWatcherTest, OnlyTheLastHandlerOfAWatchedProcessIsCalled) {
     ProcessTestChild running;
     ProcessTestChild gone(ProcessTestChild::Behaviour::exitAtOnce);
     gone.reap();
+    int first = 0;
     watcher.watch(running.pid(), record());
+    watcher.watch(gone.pid(), [&](pid_t) { ++first; });
     watcher.watch(gone.pid(), record());
     watcher.unwatch(running.pid());
-    watcher.unwatch(gone.pid());
     running.kill();
     running.reap();
     loop.runUntilIdle();
-    EXPECT_TRUE(reported.empty());
-    EXPECT_EQ(watcher.watchCount(), 0u);
-}
-
-TEST_F(ProcessWatcherTest, WatchingAgainReplacesTheHandler) {
-    ProcessTestChild child(ProcessTestChild::Behaviour::exitAtOnce);
-    child.reap();
-    int first = 0;
-    watcher.watch(child.pid(), [&](pid_t) { ++first; });
-    watcher.watch(child.pid(), record());
-    loop.runUntilIdle();
     EXPECT_EQ(first, 0);
-    EXPECT_EQ(reported.size(), 1u);
+    EXPECT_EQ(reported, std::vector<pid_t>{gone.pid()});
+    EXPECT_EQ(watcher.watchCount(), 0u);
+
+    watcher.watch(gone.pid(), record());
+    watcher.unwatch(gone.pid());
+    loop.runUntilIdle();
+    EXPECT_EQ(reported.size(), 1u) << "an unwatched report is dropped";
 }
 
 TEST_F(ProcessWatcherTest, ClosesItsDescriptors) {

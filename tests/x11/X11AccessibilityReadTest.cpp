@@ -34,35 +34,32 @@ TEST_F(X11AccessibilityReadTest, ListsEachProcessItsOwnWindowsInClientListOrder)
         EXPECT_EQ(ax->getPid(window, pid), axError::success);
         EXPECT_EQ(pid, client.pid());
     }
+    EXPECT_TRUE(ax->isProcessTrustedWithOptions({{"AXTrustedCheckOptionPrompt", false}}))
+        << "an EWMH window manager runs";
+
+    // A window belongs to the process it claims.
+    client.claimPid("third", other.pid());
+    EXPECT_TRUE(eventually([&] { return windowsOf(client.pid()).size() == 2; }));
+    EXPECT_TRUE(windowTitled(other.pid(), "Gamma"));
 }
 
-TEST_F(X11AccessibilityReadTest, AWindowBelongsToTheProcessItClaims) {
-    TestClient client;
-    TestClient claimed;
-    client.create("window", "Claimed later");
-    ASSERT_TRUE(windowTitled(client.pid(), "Claimed later"));
-
-    client.claimPid("window", claimed.pid());
-    EXPECT_TRUE(eventually([&] { return windowsOf(client.pid()).empty(); }));
-    EXPECT_TRUE(windowTitled(claimed.pid(), "Claimed later"));
-}
-
-TEST_F(X11AccessibilityReadTest, TitlesFollowRenames) {
-    TestClient client;
-    client.create("window", "Before");
-    const auto window = windowTitled(client.pid(), "Before");
-    ASSERT_TRUE(window);
-    client.retitle("window", "After");
-    EXPECT_TRUE(eventually([&] { return text(window, "AXTitle") == "After"; }));
-}
-
-TEST_F(X11AccessibilityReadTest, VanishedUnknownAndEmptyAnswerWithTheirCodes) {
+TEST_F(X11AccessibilityReadTest, ButtonsAreChildrenAndVanishedUnknownAndEmptyGiveTheirCodes) {
     TestClient client;
     client.create("window", "Short-lived");
     const auto window = windowTitled(client.pid(), "Short-lived");
     ASSERT_TRUE(window);
+    for (const char* name : {"AXCloseButton", "AXMinimizeButton", "AXZoomButton"}) {
+        const auto button = elementOf(window, name);
+        ASSERT_TRUE(button) << name;
+        EXPECT_EQ(text(button, "AXRole"), "AXButton");
+        EXPECT_TRUE(flag(button, "AXEnabled")) << name;
+        EXPECT_TRUE(platform::CFEqual(elementOf(button, "AXParent"), window));
+        std::optional<CFValue> actions;
+        ASSERT_EQ(ax->copyActionNames(button, actions), axError::success);
+        EXPECT_EQ(*actions->get<CFValue::Array>()->front().get<std::string>(), "AXPress");
+    }
     const auto closeButton = elementOf(window, "AXCloseButton");
-    ASSERT_TRUE(closeButton);
+    EXPECT_FALSE(platform::CFEqual(closeButton, elementOf(window, "AXZoomButton")));
 
     std::optional<CFValue> result;
     EXPECT_EQ(read(window, "AXNoSuchAttribute", result), axError::attributeUnsupported);
@@ -83,17 +80,15 @@ TEST_F(X11AccessibilityReadTest, VanishedUnknownAndEmptyAnswerWithTheirCodes) {
     // The process lives on without windows: an empty list, not an error.
     EXPECT_EQ(read(application, "AXWindows", result), axError::success);
     EXPECT_TRUE(result && result->get<CFValue::Array>()->empty());
-}
 
-TEST_F(X11AccessibilityReadTest, AProcessThatDoesNotRunIsNoElement) {
     pid_t gone = 0;
     {
         ChildProcess child({"true"});
         ASSERT_TRUE(child.waitForExit(5));
-        gone = child.pid() < 0 ? -child.pid() : child.pid();
+        gone = -child.pid();
     }
-    std::optional<CFValue> result;
-    EXPECT_EQ(read(ax->createApplication(gone), "AXWindows", result), axError::invalidUIElement);
+    EXPECT_EQ(read(ax->createApplication(gone), "AXWindows", result), axError::invalidUIElement)
+        << "a process that doesn't run is no element";
 }
 
 TEST_F(X11AccessibilityReadTest, FrameIsInBottomLeftPointsAndFollowsMoves) {
@@ -125,25 +120,6 @@ TEST_F(X11AccessibilityReadTest, FrameIsInBottomLeftPointsAndFollowsMoves) {
     ASSERT_EQ(ax->copyElementAtPosition(ax->createSystemWide(), middleX, middleY, hit),
               axError::success);
     EXPECT_TRUE(platform::CFEqual(hit, window));
-}
-
-TEST_F(X11AccessibilityReadTest, ButtonsAreChildElementsEnabledByTheWindowManager) {
-    TestClient client;
-    client.create("window", "Buttons");
-    const auto window = windowTitled(client.pid(), "Buttons");
-    ASSERT_TRUE(window);
-    for (const char* name : {"AXCloseButton", "AXMinimizeButton", "AXZoomButton"}) {
-        const auto button = elementOf(window, name);
-        ASSERT_TRUE(button) << name;
-        EXPECT_EQ(text(button, "AXRole"), "AXButton");
-        EXPECT_TRUE(flag(button, "AXEnabled")) << name;
-        EXPECT_TRUE(platform::CFEqual(elementOf(button, "AXParent"), window));
-        std::optional<CFValue> actions;
-        ASSERT_EQ(ax->copyActionNames(button, actions), axError::success);
-        EXPECT_EQ(*actions->get<CFValue::Array>()->front().get<std::string>(), "AXPress");
-    }
-    EXPECT_FALSE(
-        platform::CFEqual(elementOf(window, "AXCloseButton"), elementOf(window, "AXZoomButton")));
 }
 
 TEST_F(X11AccessibilityReadTest, SeveralAttributesAtOnceAndSlicesOfLists) {
@@ -181,10 +157,6 @@ TEST_F(X11AccessibilityReadTest, SeveralAttributesAtOnceAndSlicesOfLists) {
     EXPECT_FALSE(settable);
     EXPECT_EQ(ax->setAttributeValue(window, "AXTitle", "renamed"), axError::attributeUnsupported);
     EXPECT_EQ(ax->setAttributeValue(window, "AXMinimized", "yes"), axError::illegalArgument);
-}
-
-TEST_F(X11AccessibilityReadTest, TrustMeansAnEwmhWindowManagerRuns) {
-    EXPECT_TRUE(ax->isProcessTrustedWithOptions({{"AXTrustedCheckOptionPrompt", false}}));
 }
 
 }  // namespace

@@ -26,9 +26,9 @@ class X11BundlesTest : public ::testing::Test {
 };
 
 TEST_F(X11BundlesTest, AnEntryGivesItsIdentityAndInformation) {
-    const auto file = tree.writeApplication(
-        std::string(DesktopEntryTestTree::system) + "gnome/org.example.Notes.desktop", "Notes",
-        "env A=1 /usr/bin/notes-app %U", "Name[de]=Notizen\n");
+    const std::string system = DesktopEntryTestTree::system;
+    const auto file = tree.writeApplication(system + "gnome/org.example.Notes.desktop", "Notes",
+                                            "env A=1 /usr/bin/notes-app %U", "Name[de]=Notizen\n");
     const auto bundle = bundles.bundleWithPath(file);
     ASSERT_TRUE(bundle);
     EXPECT_EQ(bundle->bundleIdentifier(), "gnome-org.example.Notes");
@@ -38,42 +38,35 @@ TEST_F(X11BundlesTest, AnEntryGivesItsIdentityAndInformation) {
     EXPECT_EQ(infoValue(bundle, "CFBundleExecutable"), PropertyList("notes-app"));
     EXPECT_EQ(infoValue(bundle, "LSUIElement"), PropertyList(false));
     EXPECT_EQ(infoValue(bundle, "LSBackgroundOnly"), PropertyList(false));
-}
 
-TEST_F(X11BundlesTest, NoDisplayIsAnAgentAndHiddenOrNonApplicationsAreBackgroundOnly) {
-    const std::string system = DesktopEntryTestTree::system;
+    // NoDisplay makes an agent; hidden entries and non-applications run in the background.
     const auto agent = bundles.bundleWithPath(
         tree.writeApplication(system + "agent.desktop", "Agent", "agent", "NoDisplay=true\n"));
     EXPECT_EQ(infoValue(agent, "LSUIElement"), PropertyList(true));
     EXPECT_EQ(infoValue(agent, "LSBackgroundOnly"), PropertyList(false));
-
     const auto deleted = bundles.bundleWithPath(
         tree.writeApplication(system + "deleted.desktop", "Gone", "gone", "Hidden=true\n"));
     EXPECT_EQ(infoValue(deleted, "LSBackgroundOnly"), PropertyList(true));
-
     const auto link = bundles.bundleWithPath(
         tree.write(system + "site.desktop", "[Desktop Entry]\nType=Link\nName=Site\nURL=x\n"));
     EXPECT_EQ(infoValue(link, "LSBackgroundOnly"), PropertyList(true));
     EXPECT_EQ(infoValue(link, "CFBundleExecutable"), PropertyList("(missing)"));
-}
 
-TEST_F(X11BundlesTest, AnEntryOutsideTheApplicationsDirectoriesIsNamedAfterItsFile) {
-    const auto bundle =
+    // Outside the applications directories an entry is named after its file.
+    const auto elsewhere =
         bundles.bundleWithPath(tree.writeApplication("Downloads/tool.desktop", "Tool", "tool"));
-    ASSERT_TRUE(bundle);
-    EXPECT_EQ(bundle->bundleIdentifier(), "tool");
+    ASSERT_TRUE(elsewhere);
+    EXPECT_EQ(elsewhere->bundleIdentifier(), "tool");
 }
 
-TEST_F(X11BundlesTest, NoBundleWhereThereIsNoReadableEntry) {
+TEST_F(X11BundlesTest, TheFindersLocationOpensTheFileManagerAndNothingElseMakesABundle) {
     EXPECT_FALSE(bundles.bundleWithPath(tree.root() / "missing.desktop"));
     EXPECT_FALSE(bundles.bundleWithPath(tree.root()));
     EXPECT_FALSE(bundles.bundleWithPath(tree.write("damaged.desktop", "[Desktop Entry]\nType=")));
     EXPECT_FALSE(bundles.bundleWithPath("/Applications/Safari.app"));
     EXPECT_FALSE(bundles.bundleWithPath(DefaultFileManager::finderBundlePath()))
         << "no Finder without a file manager";
-}
 
-TEST_F(X11BundlesTest, TheFindersLocationOpensTheFileManager) {
     const auto file =
         tree.writeApplication(std::string(DesktopEntryTestTree::system) + "pcmanfm.desktop",
                               "File Manager", "pcmanfm %U");
@@ -84,18 +77,6 @@ TEST_F(X11BundlesTest, TheFindersLocationOpensTheFileManager) {
     EXPECT_EQ(finder->bundlePath(), DefaultFileManager::finderBundlePath());
     EXPECT_EQ(infoValue(finder, "CFBundleName"), PropertyList("File Manager"));
     EXPECT_EQ(infoValue(finder, "LSUIElement"), PropertyList(false));
-}
-
-TEST_F(X11BundlesTest, TheMainBundleIsTarnwick) {
-    const auto main = bundles.mainBundle();
-    EXPECT_EQ(main, bundles.mainBundle());
-    EXPECT_EQ(main->bundleIdentifier(), "harrowmere.Tarnwick");
-    EXPECT_EQ(main->bundlePath(), "/opt/tarnwick/bin/tarnwick");
-    EXPECT_EQ(infoValue(main, "CFBundleName"), PropertyList("Tarnwick"));
-    EXPECT_EQ(infoValue(main, "CFBundleShortVersionString"), PropertyList("1.4.0"));
-    EXPECT_EQ(infoValue(main, "CFBundleVersion"), PropertyList("812"));
-    EXPECT_EQ(infoValue(main, "NSHumanReadableCopyright"),
-              PropertyList("Copyright © 2026 Harrowmere. All rights reserved."));
 }
 
 }  // namespace

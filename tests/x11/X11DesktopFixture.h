@@ -1,6 +1,8 @@
 #pragma once
 
 #include <gtest/gtest.h>
+#include <signal.h>
+#include <sys/wait.h>
 
 #include <chrono>
 #include <cstdlib>
@@ -13,6 +15,7 @@
 #include "X11TestClientProcess.h"
 #include "platform/sim/SimMainLoop.h"
 #include "platform/x11/X11Accessibility.h"
+#include "platform/x11/X11ProcessLauncher.h"
 
 namespace x11test {
 
@@ -30,6 +33,24 @@ class X11DesktopTest : public ::testing::Test {
         ax = platform::x11::X11Accessibility::open(loop);
         ASSERT_TRUE(ax) << "cannot open the display";
         ASSERT_TRUE(waitForManagedWindows()) << "the window manager manages no window";
+    }
+    void TearDown() override {
+        for (const pid_t group : startedGroups) {
+            ::kill(-group, SIGKILL);
+            ::waitpid(group, nullptr, 0);
+        }
+    }
+
+    // Starts a program in a session of its own, ended with the test; with a
+    // title, waits for its window.
+    pid_t start(std::vector<std::string> commandLine, const std::string& title = {}) {
+        platform::x11::X11ProcessLauncher::Options options;
+        options.quiet = true;
+        const auto started = launcher.spawn(std::move(commandLine), options);
+        EXPECT_TRUE(started) << started.error;
+        startedGroups.push_back(started.pid);
+        EXPECT_TRUE(title.empty() || windowTitled(started.pid, title, 10)) << title;
+        return started.pid;
     }
 
     // A window manager that has only just started may announce itself and
@@ -108,6 +129,8 @@ class X11DesktopTest : public ::testing::Test {
 
     platform::sim::SimMainLoop loop;
     std::unique_ptr<platform::x11::X11Accessibility> ax;
+    platform::x11::X11ProcessLauncher launcher{loop};
+    std::vector<pid_t> startedGroups;
 };
 
 }  // namespace x11test

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
+#include <tuple>
 #include <vector>
 
 #include "platform/x11/X11EventMonitors.h"
@@ -76,7 +77,7 @@ TEST_F(X11EventMonitorsTest, ModifierKeysMakeFlagsChangedEvents) {
     EXPECT_EQ(monitors->modifierFlags(), 0u);
 }
 
-TEST_F(X11EventMonitorsTest, KeysCarryTheirCharactersFromTheCurrentLayout) {
+TEST_F(X11EventMonitorsTest, KeysCarryTheirCharactersUnderTheModifiersAndCapsLock) {
     ASSERT_TRUE(recordGlobally(keyboardMask));
     input->tap(aKey);
     input->press(shiftKey);
@@ -85,8 +86,11 @@ TEST_F(X11EventMonitorsTest, KeysCarryTheirCharactersFromTheCurrentLayout) {
     input->press(controlKey);
     input->tap(aKey);
     input->release(controlKey);
+    input->tap(capsKey);
+    input->tap(aKey);
+    input->tap(capsKey);
     input->sync();
-    ASSERT_TRUE(waitForEvents(10));
+    ASSERT_TRUE(waitForEvents(14));
 
     EXPECT_EQ(seen[0].type, EventType::keyDown);
     EXPECT_EQ(seen[0].keyCode, platform::keycode::a);
@@ -96,7 +100,6 @@ TEST_F(X11EventMonitorsTest, KeysCarryTheirCharactersFromTheCurrentLayout) {
     EXPECT_EQ(seen[1].type, EventType::keyUp);
     EXPECT_EQ(seen[1].characters, "a");
 
-    EXPECT_EQ(seen[3].type, EventType::keyDown);
     EXPECT_EQ(seen[3].modifierFlags, modifier::shift);
     EXPECT_EQ(seen[3].characters, "A");
     EXPECT_EQ(seen[3].charactersIgnoringModifiers, "A");
@@ -104,79 +107,33 @@ TEST_F(X11EventMonitorsTest, KeysCarryTheirCharactersFromTheCurrentLayout) {
     EXPECT_EQ(seen[7].modifierFlags, modifier::control);
     EXPECT_EQ(seen[7].characters, "\x01");
     EXPECT_EQ(seen[7].charactersIgnoringModifiers, "a");
+
+    // Caps Lock is a lock: it turns on the way down only, and types capitals.
+    ASSERT_EQ(seen.size(), 14u);
+    EXPECT_EQ(seen[10].type, EventType::flagsChanged);
+    EXPECT_EQ(seen[10].modifierFlags, modifier::capsLock);
+    EXPECT_EQ(seen[11].characters, "A");
+    EXPECT_EQ(seen[13].modifierFlags, 0u);
 }
 
-TEST_F(X11EventMonitorsTest, CapsLockIsALockAndTypesCapitals) {
-    ASSERT_TRUE(recordGlobally(keyboardMask));
-    input->tap(capsKey);
-    input->tap(aKey);
-    input->tap(capsKey);
-    input->sync();
-    ASSERT_TRUE(waitForEvents(4));
-    ASSERT_EQ(seen.size(), 4u);  // the lock turns on the way down only
-    EXPECT_EQ(seen[0].type, EventType::flagsChanged);
-    EXPECT_EQ(seen[0].modifierFlags, modifier::capsLock);
-    EXPECT_EQ(seen[1].characters, "A");
-    EXPECT_EQ(seen[3].modifierFlags, 0u);
-}
-
-TEST_F(X11EventMonitorsTest, GlobalMonitorsHearOthersAndLocalOnesUs) {
-    std::vector<std::string> heard;
-    const auto global =
-        monitors->addGlobalMonitor(keyboardMask, [&](const Event&) { heard.push_back("global"); });
-    const auto local = monitors->addLocalMonitor(keyboardMask, [&](const Event& event) {
-        heard.push_back("local");
-        return std::optional<Event>(event);
-    });
-    ASSERT_TRUE(global);
-    ASSERT_TRUE(local);
-
-    input->tap(aKey);
-    input->sync();
-    ASSERT_TRUE(waitFor([&] { return heard.size() >= 2; }));
-    EXPECT_EQ(heard, (std::vector<std::string>{"global", "global"}));
-
-    ours = true;
-    input->tap(aKey);
-    input->sync();
-    ASSERT_TRUE(waitFor([&] { return heard.size() >= 4; }));
-    EXPECT_EQ(heard[2], "local");
-    EXPECT_EQ(heard[3], "local");
-
-    monitors->removeMonitor(local);
-    monitors->removeMonitor(local);  // twice is harmless
-    input->tap(aKey);
-    input->sync();
-    loop.runUntil([] { return false; }, 0.2);
-    EXPECT_EQ(heard.size(), 4u);
-}
-
-TEST_F(X11EventMonitorsTest, MouseMovesComeInBottomLeftPoints) {
-    ASSERT_TRUE(recordGlobally(mouseMovedMask));
-    input->movePointer(100, 200);
-    input->sync();
-    ASSERT_TRUE(waitFor([&] {
-        return !seen.empty() && seen.back().locationInScreen == platform::CGPoint{100, 600};
-    }));
-    EXPECT_EQ(seen.back().type, EventType::mouseMoved);
-    EXPECT_EQ(monitors->mouseLocation(), (platform::CGPoint{100, 600}));
-
-    // Key monitors don't hear the pointer.
-    const std::size_t moves = seen.size();
-    seen.clear();
-    ASSERT_TRUE(recordGlobally(keyboardMask));
-    input->movePointer(1279, 0);
-    input->sync();
-    ASSERT_TRUE(waitFor([&] { return seen.size() >= moves; }));
-    for (const Event& event : seen)
-        EXPECT_EQ(event.type, EventType::mouseMoved);
-    EXPECT_EQ(monitors->mouseLocation(), (platform::CGPoint{1279, 800}));
-}
-
-TEST_F(X11EventMonitorsTest, MouseLocationWithoutAnyMouseMonitor) {
+TEST_F(X11EventMonitorsTest, MouseMovesComeInBottomLeftPointsToMouseMonitorsOnly) {
     input->movePointer(640, 100);
     input->sync();
-    EXPECT_EQ(monitors->mouseLocation(), (platform::CGPoint{640, 700}));
+    EXPECT_EQ(monitors->mouseLocation(), (platform::CGPoint{640, 700})) << "without a monitor";
+
+    int keyboardHeard = 0;
+    monitors->addGlobalMonitor(keyboardMask, [&](const Event&) { ++keyboardHeard; });
+    ASSERT_TRUE(recordGlobally(mouseMovedMask));
+    for (const auto& [x, y, expected] : {std::tuple{100, 200, platform::CGPoint{100, 600}},
+                                         std::tuple{1279, 0, platform::CGPoint{1279, 800}}}) {
+        input->movePointer(x, y);
+        input->sync();
+        ASSERT_TRUE(
+            waitFor([&] { return !seen.empty() && seen.back().locationInScreen == expected; }));
+        EXPECT_EQ(seen.back().type, EventType::mouseMoved);
+        EXPECT_EQ(monitors->mouseLocation(), expected);
+    }
+    EXPECT_EQ(keyboardHeard, 0);
 }
 
 TEST_F(X11EventMonitorsTest, AMonitorMayRemoveItselfWhileCalled) {

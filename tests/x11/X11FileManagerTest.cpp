@@ -14,48 +14,26 @@ class X11FileManagerTest : public ::testing::Test {
     X11FileManager fileManager{tree.directories()};
 };
 
-TEST_F(X11FileManagerTest, ApplicationSupportIsTheDataHomeAndLibraryTheConfigHome) {
+TEST_F(X11FileManagerTest, UserDirectoriesAreMadeOnlyWhenAskedAndOnlyWhereTheyCanBe) {
     const auto user = SearchPathDomain::user;
+    const auto config = tree.root() / "home/.config";
     EXPECT_EQ(fileManager.urlForDirectory(SearchPathDirectory::applicationSupport, user, false),
               tree.root() / "home/.local/share");
-    EXPECT_EQ(fileManager.urlForDirectory(SearchPathDirectory::library, user, false),
-              tree.root() / "home/.config");
-    EXPECT_FALSE(std::filesystem::exists(tree.root() / "home/.config")) << "made without create";
+    EXPECT_EQ(fileManager.urlForDirectory(SearchPathDirectory::library, user, false), config);
+    EXPECT_FALSE(std::filesystem::exists(config)) << "made without create";
+    EXPECT_FALSE(fileManager.checkResourceIsReachable(config));
 
-    EXPECT_EQ(fileManager.urlForDirectory(SearchPathDirectory::library, user, true),
-              tree.root() / "home/.config");
-    EXPECT_TRUE(std::filesystem::is_directory(tree.root() / "home/.config"));
-}
+    EXPECT_EQ(fileManager.urlForDirectory(SearchPathDirectory::library, user, true), config);
+    EXPECT_TRUE(std::filesystem::is_directory(config));
+    EXPECT_TRUE(fileManager.checkResourceIsReachable(config));
 
-TEST_F(X11FileManagerTest, FromTheEnvironmentWithTheUsualDefaults) {
-    const auto directories = DesktopEntryDirectories::fromEnvironment([](const char* name) {
-        return std::string_view(name) == "HOME" ? "/home/someone" : nullptr;
-    });
-    X11FileManager defaults(directories);
-    const auto user = SearchPathDomain::user;
-    EXPECT_EQ(defaults.urlForDirectory(SearchPathDirectory::applicationSupport, user, false),
-              std::filesystem::path("/home/someone/.local/share"));
-    EXPECT_EQ(defaults.urlForDirectory(SearchPathDirectory::library, user, false),
-              std::filesystem::path("/home/someone/.config"));
-}
-
-TEST_F(X11FileManagerTest, NothingWhenTheDirectoryCannotBeMade) {
+    std::filesystem::remove(config);
     tree.write("home/.config", "a file where the folder should be");
-    EXPECT_FALSE(
-        fileManager.urlForDirectory(SearchPathDirectory::library, SearchPathDomain::user, true));
+    EXPECT_FALSE(fileManager.urlForDirectory(SearchPathDirectory::library, user, true));
     EXPECT_FALSE(fileManager.urlForDirectory(SearchPathDirectory::library,
                                              static_cast<SearchPathDomain>(8), false))
         << "only the user's domain";
-    EXPECT_FALSE(fileManager.urlForDirectory(static_cast<SearchPathDirectory>(99),
-                                             SearchPathDomain::user, false));
-}
-
-TEST_F(X11FileManagerTest, ReachableMeansTheFileExists) {
-    const auto file = tree.write("home/.config/tarnwick/harrowmere.Tarnwick.plist", "x");
-    EXPECT_TRUE(fileManager.checkResourceIsReachable(file));
-    EXPECT_TRUE(fileManager.checkResourceIsReachable(file.parent_path()));
-    EXPECT_FALSE(fileManager.checkResourceIsReachable(file.parent_path() / "missing.plist"));
-    EXPECT_FALSE(fileManager.checkResourceIsReachable({}));
+    EXPECT_FALSE(fileManager.urlForDirectory(static_cast<SearchPathDirectory>(99), user, false));
 }
 
 TEST_F(X11FileManagerTest, ApplicationsDirectoriesAreTheSystemsOnly) {

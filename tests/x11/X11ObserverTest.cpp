@@ -84,23 +84,6 @@ TEST_F(X11ObserverTest, WindowLifeArrivesAsNotifications) {
     EXPECT_TRUE(hears("AXUIElementDestroyed", window));
 }
 
-TEST_F(X11ObserverTest, MainWindowChangeNamesTheNewMainWindow) {
-    TestClient client;
-    client.create("one", "One");
-    client.create("two", "Two");
-    const auto one = windowTitled(client.pid(), "One");
-    const auto two = windowTitled(client.pid(), "Two");
-    ASSERT_TRUE(one && two);
-    ASSERT_EQ(ax->performAction(one, "AXRaise"), axError::success);
-    ASSERT_TRUE(eventually([&] { return flag(one, "AXMain"); }));
-
-    auto observer = observe(client.pid());
-    ASSERT_EQ(subscribe(observer, ax->createApplication(client.pid()), "AXMainWindowChanged"),
-              axError::success);
-    ASSERT_EQ(ax->performAction(two, "AXRaise"), axError::success);
-    EXPECT_TRUE(hears("AXMainWindowChanged", two));
-}
-
 TEST_F(X11ObserverTest, RegistrationsAnswerWithTheirCodes) {
     TestClient client;
     client.create("window", "Subscribed");

@@ -3,7 +3,6 @@
 #include <unistd.h>
 
 #include <cerrno>
-#include <fstream>
 #include <sstream>
 
 #include "platform/sim/SimMainLoop.h"
@@ -14,13 +13,6 @@ namespace platform::x11 {
 namespace {
 
 using fixtures::DesktopEntryTestTree;
-
-std::string contents(const std::filesystem::path& file) {
-    std::ifstream stream(file);
-    std::stringstream text;
-    text << stream.rdbuf();
-    return text.str();
-}
 
 class X11ProcessLauncherTest : public ::testing::Test {
   protected:
@@ -55,7 +47,7 @@ TEST_F(X11ProcessLauncherTest, StartsInASessionOfItsOwnWithoutOurInput) {
     EXPECT_EQ(run("ps -o sid= -p $$ | tr -d ' ' > " + out.string() + "; echo $$ >> " +
                   out.string() + "; read line; echo \"[$line]\" >> " + out.string()),
               0);
-    std::istringstream lines(contents(out));
+    std::istringstream lines(tree.read(out));
     std::string session, pid, input;
     std::getline(lines, session);
     std::getline(lines, pid);

@@ -1,17 +1,14 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
-#include "platform/sim/SimMainLoop.h"
 #include "platform/x11/DefaultFileManager.h"
 #include "platform/x11/X11RunningApplication.h"
 #include "x11/DesktopEntryTestTree.h"
-#include "x11/ProcessTestChild.h"
 
 namespace platform::x11 {
 namespace {
 
 using fixtures::DesktopEntryTestTree;
-using fixtures::ProcessTestChild;
 
 class X11RunningApplicationTest : public ::testing::Test {
   protected:
@@ -26,40 +23,33 @@ class X11RunningApplicationTest : public ::testing::Test {
     DesktopEntryIcons icons{tree.directories()};
 };
 
-TEST_F(X11RunningApplicationTest, AnEntryGivesTheIdentity) {
+TEST_F(X11RunningApplicationTest, AnEntryGivesTheIdentityAndItsVisibilityThePolicy) {
     const auto icon = tree.write("usr/share/icons/hicolor/48x48/apps/notes.png", "png");
     const auto notes = entry("Icon=notes\n");
     const X11RunningApplication application(1234, X11RunningApplication::identityOf(notes, icons));
-    EXPECT_EQ(application.processIdentifier(), 1234);
     EXPECT_EQ(application.bundleIdentifier(), "org.example.Notes");
     EXPECT_EQ(application.bundleURL(), notes.path);
     EXPECT_EQ(application.localizedName(), "Notes");
     EXPECT_EQ(application.icon(), Image::file(icon));
     EXPECT_EQ(application.activationPolicy(), ActivationPolicy::regular);
-    EXPECT_FALSE(application.isTerminated());
     EXPECT_EQ(application.description(), "<X11RunningApplication pid=1234 id=org.example.Notes>");
-}
 
-TEST_F(X11RunningApplicationTest, PolicyFollowsTheEntrysVisibility) {
-    const auto policy = [&](std::string_view extra) {
-        return X11RunningApplication::identityOf(entry(extra), icons).activationPolicy;
+    const auto identity = [&](std::string_view extra) {
+        return X11RunningApplication::identityOf(entry(extra), icons);
     };
-    EXPECT_EQ(policy("NoDisplay=true\n"), ActivationPolicy::accessory);
-    EXPECT_EQ(policy("Hidden=true\n"), ActivationPolicy::prohibited);
-    EXPECT_EQ(policy("Icon=missing\n"), ActivationPolicy::regular);
-    EXPECT_FALSE(X11RunningApplication::identityOf(entry("Icon=missing\n"), icons).icon);
-}
-
-TEST_F(X11RunningApplicationTest, TheFileManagerPresentsItselfAsTheFinder) {
-    const auto identity = X11RunningApplication::finderIdentityOf(entry("NoDisplay=true\n"), icons);
-    EXPECT_EQ(identity.bundleIdentifier, "com.apple.finder");
-    EXPECT_EQ(identity.bundleURL, std::filesystem::path("/System/Library/CoreServices/Finder.app"));
-    EXPECT_EQ(identity.localizedName, "Notes");
-    EXPECT_EQ(identity.activationPolicy, ActivationPolicy::regular);
+    EXPECT_EQ(identity("NoDisplay=true\n").activationPolicy, ActivationPolicy::accessory);
+    EXPECT_EQ(identity("Hidden=true\n").activationPolicy, ActivationPolicy::prohibited);
+    EXPECT_FALSE(identity("Icon=missing\n").icon);
 }
 
 TEST_F(X11RunningApplicationTest, OnlyTheFileManagersEntryMakesTheFinder) {
-    const auto notes = entry();
+    const auto notes = entry("NoDisplay=true\n");
+    const auto finder = X11RunningApplication::finderIdentityOf(notes, icons);
+    EXPECT_EQ(finder.bundleIdentifier, "com.apple.finder");
+    EXPECT_EQ(finder.bundleURL, std::filesystem::path("/System/Library/CoreServices/Finder.app"));
+    EXPECT_EQ(finder.localizedName, "Notes");
+    EXPECT_EQ(finder.activationPolicy, ActivationPolicy::regular);
+
     auto other = notes;
     other.id = "other.desktop";
     const DefaultFileManager fileManager(notes);
@@ -71,33 +61,6 @@ TEST_F(X11RunningApplicationTest, OnlyTheFileManagersEntryMakesTheFinder) {
     EXPECT_EQ(identity(&other, &fileManager), "other");
     EXPECT_EQ(identity(&notes, nullptr), "org.example.Notes");
     EXPECT_EQ(identity(nullptr, &fileManager), "(none)");
-}
-
-TEST_F(X11RunningApplicationTest, AProcessWithoutEntryIsKnownByItsExecutable) {
-    const X11RunningApplication self(::getpid(),
-                                     X11RunningApplication::identityOfProcess(::getpid()));
-    EXPECT_EQ(self.localizedName(), "x11_tests");
-    EXPECT_FALSE(self.bundleIdentifier());
-    EXPECT_FALSE(self.bundleURL());
-    EXPECT_EQ(self.description(),
-              "<X11RunningApplication pid=" + std::to_string(::getpid()) + " id=(none)>");
-}
-
-TEST_F(X11RunningApplicationTest, IsTerminatedWhenTheWatcherSeesTheProcessEnd) {
-    sim::SimMainLoop loop;
-    ProcessWatcher watcher(loop);
-    ProcessTestChild child;
-    const auto application = std::make_shared<X11RunningApplication>(
-        child.pid(), X11RunningApplication::identityOf(entry(), icons));
-    std::shared_ptr<X11RunningApplication> told;
-    ASSERT_TRUE(application->followTermination(
-        watcher, [&](const std::shared_ptr<X11RunningApplication>& ended) { told = ended; }));
-    loop.runUntilIdle();
-    EXPECT_FALSE(application->isTerminated());
-    child.kill();
-    ASSERT_TRUE(loop.runUntil([&] { return told != nullptr; }));
-    EXPECT_EQ(told, application);
-    EXPECT_TRUE(application->isTerminated());
 }
 
 TEST(DesktopEntryIconsTest, FindsIconsInThemesThenPixmaps) {

@@ -60,24 +60,14 @@ ChildProcess::~ChildProcess() {
     ::close(output_);
 }
 
-bool ChildProcess::isRunning() {
-    if (pid_ <= 0)
-        return false;
-    int status = 0;
-    if (::waitpid(pid_, &status, WNOHANG) == pid_) {
-        pid_ = -pid_;
-        return false;
-    }
-    return true;
-}
-
 bool ChildProcess::waitForExit(double seconds) {
     const auto deadline = deadlineAfter(seconds);
-    while (isRunning()) {
+    while (pid_ > 0 && ::waitpid(pid_, nullptr, WNOHANG) != pid_) {
         if (Clock::now() >= deadline)
             return false;
         std::this_thread::sleep_for(std::chrono::milliseconds(10));
     }
+    pid_ = -std::abs(pid_);
     return true;
 }
 
@@ -106,41 +96,14 @@ bool ChildProcess::send(const std::string& line) {
     return ::write(input_, sent.data(), sent.size()) == static_cast<ssize_t>(sent.size());
 }
 
-std::string ChildProcess::ask(const std::string& line, double seconds) {
-    return send(line) ? readLine(seconds) : "";
-}
-
 TestClient::TestClient() : process_({X11_TEST_CLIENT_PATH}) {
     if (process_.readLine(10) != "ready")
         throw std::runtime_error("the test client didn't start");
 }
 
 xcb_window_t TestClient::create(const std::string& name, const std::string& title) {
-    const auto answer = process_.ask("create " + name + " " + title);
-    if (answer.rfind("ok ", 0) != 0)
-        throw std::runtime_error("create failed: " + answer);
+    const auto answer = expectOk("create " + name + " " + title);
     return static_cast<xcb_window_t>(std::strtoul(answer.c_str() + 3, nullptr, 16));
-}
-
-void TestClient::retitle(const std::string& name, const std::string& title) {
-    expectOk("title " + name + " " + title);
-}
-
-void TestClient::move(const std::string& name, int x, int y) {
-    expectOk("move " + name + " " + std::to_string(x) + " " + std::to_string(y));
-}
-
-void TestClient::claimPid(const std::string& name, pid_t pid) {
-    expectOk("pid " + name + " " + std::to_string(pid));
-}
-
-void TestClient::destroy(const std::string& name) {
-    expectOk("destroy " + name);
-}
-
-void TestClient::startChurn(double seconds) {
-    if (!process_.send("churn " + std::to_string(seconds)))
-        throw std::runtime_error("churn failed");
 }
 
 long TestClient::churnResult() {
@@ -152,10 +115,11 @@ long TestClient::churnResult() {
     return std::atol(answer.c_str() + 3);
 }
 
-void TestClient::expectOk(const std::string& command) {
-    const auto answer = process_.ask(command);
-    if (answer != "ok")
+std::string TestClient::expectOk(const std::string& command, double seconds) {
+    const auto answer = process_.send(command) ? process_.readLine(seconds) : "";
+    if (answer.rfind("ok", 0) != 0)
         throw std::runtime_error(command + " failed: " + answer);
+    return answer;
 }
 
 }  // namespace x11test

@@ -18,12 +18,11 @@ class ChildProcess {
     ChildProcess(const ChildProcess&) = delete;
     ChildProcess& operator=(const ChildProcess&) = delete;
 
+    // Negative once the child has ended and been reaped.
     pid_t pid() const { return pid_; }
-    bool isRunning();
-    // Sends one line and waits for the next line of output; empty after the
-    // time runs out or when the child has gone.
-    std::string ask(const std::string& line, double seconds = 10);
     bool send(const std::string& line);
+    // The next line of output; empty after the time runs out or when the
+    // child has gone.
     std::string readLine(double seconds);
     // Waits for the child to end by itself.
     bool waitForExit(double seconds);
@@ -43,17 +42,24 @@ class TestClient {
     pid_t pid() const { return process_.pid(); }
     // Creates a window under the name; its X id.
     xcb_window_t create(const std::string& name, const std::string& title = "");
-    void retitle(const std::string& name, const std::string& title);
-    void move(const std::string& name, int x, int y);
-    void claimPid(const std::string& name, pid_t pid);
-    void destroy(const std::string& name);
+    void retitle(const std::string& name, const std::string& title) {
+        expectOk("title " + name + " " + title);
+    }
+    void move(const std::string& name, int x, int y) {
+        expectOk("move " + name + " " + std::to_string(x) + " " + std::to_string(y));
+    }
+    void claimPid(const std::string& name, pid_t pid) {
+        expectOk("pid " + name + " " + std::to_string(pid));
+    }
+    void destroy(const std::string& name) { expectOk("destroy " + name); }
     // Starts making and ending windows as fast as it can for the time.
-    void startChurn(double seconds);
+    void startChurn(double seconds) { process_.send("churn " + std::to_string(seconds)); }
     // How many windows the churn made, once it is over; -1 before.
     long churnResult();
 
   private:
-    void expectOk(const std::string& command);
+    // The answer to the command, which must begin with "ok".
+    std::string expectOk(const std::string& command, double seconds = 10);
 
     ChildProcess process_;
 };

@@ -74,10 +74,6 @@ std::optional<std::string> readSmallFile(const std::filesystem::path& file) {
     return std::move(contents).str();
 }
 
-bool contains(const std::vector<std::string>& names, const std::string& name) {
-    return std::find(names.begin(), names.end(), name) != names.end();
-}
-
 }  // namespace
 
 std::optional<DesktopEntry> DesktopEntry::parse(std::string_view text,
@@ -125,16 +121,6 @@ std::string DesktopEntry::idWithoutSuffix() const {
         return id.substr(0, id.size() - desktopSuffix.size());
     }
     return id;
-}
-
-bool DesktopEntry::isShownIn(const std::vector<std::string>& desktops) const {
-    for (const auto& desktop : desktops) {
-        if (contains(onlyShowIn, desktop))
-            return true;
-        if (contains(notShowIn, desktop))
-            return false;
-    }
-    return onlyShowIn.empty();
 }
 
 std::optional<std::string> desktopFileId(const std::filesystem::path& applicationsDirectory,

@@ -47,8 +47,6 @@ struct DesktopEntry {
     std::string idWithoutSuffix() const;
     // An application a user would see in a menu: neither NoDisplay nor Hidden.
     bool isVisibleApplication() const { return type == Type::application && !noDisplay && !hidden; }
-    // Whether a desktop of these names (XDG_CURRENT_DESKTOP) shows the entry.
-    bool isShownIn(const std::vector<std::string>& desktops) const;
 };
 
 // The desktop-file id of a file below an applications directory; nothing

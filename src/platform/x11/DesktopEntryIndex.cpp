@@ -36,12 +36,6 @@ std::string fileName(const std::string& path) {
     return std::filesystem::path(path).filename().string();
 }
 
-// A directory path without a trailing separator, so that parents compare.
-std::filesystem::path normalDirectory(const std::filesystem::path& directory) {
-    auto normal = directory.lexically_normal();
-    return normal.has_filename() ? normal : normal.parent_path();
-}
-
 bool isRunnableApplication(const DesktopEntry& entry) {
     return entry.type == DesktopEntry::Type::application && !entry.hidden;
 }
@@ -153,17 +147,6 @@ const DesktopEntry* DesktopEntryIndex::entryForWindowClass(std::string_view inst
         }
     }
     return nullptr;
-}
-
-bool DesktopEntryIndex::isInSystemApplicationsDirectory(const std::filesystem::path& file) const {
-    const auto parent = file.lexically_normal().parent_path();
-    if (parent == normalDirectory(directories_.userApplicationsDirectory()))
-        return false;
-    for (const auto& directory : directories_.systemApplicationsDirectories()) {
-        if (parent == normalDirectory(directory))
-            return true;
-    }
-    return false;
 }
 
 }  // namespace platform::x11

@@ -51,11 +51,6 @@ class DesktopEntryIndex {
     const DesktopEntry* entryForWindowClass(std::string_view instanceName,
                                             std::string_view className) const;
 
-    // Whether a desktop entry lies directly in a system applications
-    // directory: the eligibility that lying directly in "/Applications"
-    // gives on macOS. The user's own directory and subfolders are out.
-    bool isInSystemApplicationsDirectory(const std::filesystem::path& file) const;
-
   private:
     void addDirectory(const std::filesystem::path& directory);
     const DesktopEntry* bestOf(const std::vector<std::size_t>& candidates,

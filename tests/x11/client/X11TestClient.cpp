@@ -7,9 +7,7 @@
 //   move NAME X Y            asks for a new place
 //   pid NAME PID             sets its _NET_WM_PID
 //   destroy NAME
-//   list                     NAME=ID pairs
 //   churn SECONDS            creates and destroys windows as fast as it can
-//   quit
 //
 // Windows close themselves when the window manager asks them to. None takes
 // the focus when it appears, so tests running side by side don't disturb
@@ -61,12 +59,8 @@ class Client {
         std::getline(in >> std::ws, rest);
         if (command == "create")
             return "ok " + hex(create(name, rest));
-        if (command == "list")
-            return list();
         if (command == "churn")
             return "ok " + std::to_string(churn(std::atof(name.c_str())));
-        if (command == "sync")
-            return sync();
         auto it = windows_.find(name);
         if (it == windows_.end())
             return "error no window " + name;
@@ -164,13 +158,6 @@ class Client {
         xcb_destroy_window(connection_, window);
     }
 
-    std::string list() {
-        std::string answer = "ok";
-        for (const auto& [name, window] : windows_)
-            answer += " " + name + "=" + hex(window);
-        return answer;
-    }
-
     // Whether the window manager took the window on at least this long ago.
     bool lived(xcb_window_t window, std::chrono::steady_clock::duration time) const {
         auto it = managed_.find(window);
@@ -239,7 +226,7 @@ int main() {
     // every line that has not been handled yet.
     std::string pending;
     pollfd fds[2] = {{STDIN_FILENO, POLLIN, 0}, {xcb_get_file_descriptor(connection), POLLIN, 0}};
-    for (bool open = true; open;) {
+    for (;;) {
         client.handleEvents();
         if (::poll(fds, 2, -1) < 0)
             break;
@@ -255,10 +242,6 @@ int main() {
         for (auto end = pending.find('\n'); end != std::string::npos; end = pending.find('\n')) {
             const std::string line = pending.substr(0, end);
             pending.erase(0, end + 1);
-            if (line == "quit") {
-                open = false;
-                break;
-            }
             std::cout << client.run(line) << std::endl;
         }
     }

@@ -3,6 +3,7 @@
 #include <sys/stat.h>
 
 #include <algorithm>
+#include <iterator>
 
 #include "platform/x11/ProcessInfo.h"
 #include "platform/x11/X11Desktop.h"
@@ -48,11 +49,14 @@ class X11WorkspaceTest : public X11DesktopTest {
         const auto all = workspace().runningApplications();
         return std::find(all.begin(), all.end(), application) != all.end();
     }
-    // Those of the workspace's notifications that concern the process.
-    long countOf(const std::vector<RunningApplicationRef>& list, pid_t pid) {
-        return std::count_if(list.begin(), list.end(), [pid](const auto& app) {
-            return app && app->processIdentifier() == pid;
-        });
+    // Those of the workspace's notifications that concern the process: other
+    // tests' programs come and go on the same desktop.
+    static std::vector<RunningApplicationRef> concerning(
+        const std::vector<RunningApplicationRef>& list, pid_t pid) {
+        std::vector<RunningApplicationRef> found;
+        std::copy_if(list.begin(), list.end(), std::back_inserter(found),
+                     [pid](const auto& app) { return app && app->processIdentifier() == pid; });
+        return found;
     }
     void settle() {
         loop.runUntil([] { return false; }, 0.2);
@@ -130,20 +134,20 @@ TEST_F(X11WorkspaceTest, AFirstWindowLaunchesAndTheProcessEndTerminates) {
     EXPECT_FALSE(running(client.pid())) << "no window yet";
 
     client.create("first", "Workspace first");
-    ASSERT_TRUE(eventually([&] { return countOf(launched, client.pid()) == 1; }));
+    ASSERT_TRUE(eventually([&] { return concerning(launched, client.pid()).size() == 1; }));
     const auto application = running(client.pid());
     ASSERT_TRUE(application);
-    EXPECT_EQ(launched.back(), application);
+    EXPECT_EQ(concerning(launched, client.pid()).front(), application);
     EXPECT_FALSE(application->isTerminated());
 
     client.create("second", "Workspace second");
     ASSERT_TRUE(windowTitled(client.pid(), "Workspace second"));
     settle();
-    EXPECT_EQ(countOf(launched, client.pid()), 1) << "only the first window launches";
+    EXPECT_EQ(concerning(launched, client.pid()).size(), 1u) << "only the first window launches";
 
     ::kill(client.pid(), SIGKILL);
-    ASSERT_TRUE(eventually([&] { return countOf(terminated, client.pid()) == 1; }));
-    EXPECT_EQ(terminated.back(), application);
+    ASSERT_TRUE(eventually([&] { return concerning(terminated, client.pid()).size() == 1; }));
+    EXPECT_EQ(concerning(terminated, client.pid()).front(), application);
     EXPECT_TRUE(application->isTerminated());
     EXPECT_FALSE(running(client.pid()));
     EXPECT_FALSE(isListed(application));

@@ -24,17 +24,28 @@ void X11InputEventSource::selectRootEvents(std::uint32_t eventMask) {
 }
 
 void X11InputEventSource::dispatchPending() {
-    while (xcb_generic_event_t* event = xcb_poll_for_event(xcb())) {
-        eventHandlers_.call(*event);
-        std::free(event);
+    for (;;) {
+        while (xcb_generic_event_t* event = xcb_poll_for_event(xcb()))
+            handleEvent(event);
+        idleHandlers_.call();
+        // An idle handler that collected a reply read the socket, and any
+        // event read with it waits in the queue: the socket won't say so again.
+        xcb_generic_event_t* queued = xcb_poll_for_queued_event(xcb());
+        if (!queued)
+            break;
+        handleEvent(queued);
     }
-    idleHandlers_.call();
     xcb_flush(xcb());
     if (xcb_connection_has_error(xcb()) && watch_) {
         // A dead connection stays readable forever; stop listening to it.
         loop_.unwatch(watch_);
         watch_ = Token{};
     }
+}
+
+void X11InputEventSource::handleEvent(xcb_generic_event_t* event) {
+    eventHandlers_.call(*event);
+    std::free(event);
 }
 
 void X11InputEventSource::dispatchSoon() {

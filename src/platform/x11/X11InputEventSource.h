@@ -50,6 +50,9 @@ class X11InputEventSource {
     void dispatchSoon();
 
   private:
+    // Hands the event to every handler and frees it.
+    void handleEvent(xcb_generic_event_t* event);
+
     std::unique_ptr<X11Connection> connection_;
     MainLoop& loop_;
     Token watch_;

@@ -108,7 +108,9 @@ CGRect QtWindow::frame() const {
 // the first showing, the frame the window manager said it will draw is
 // added, so that a window first shown where it was placed doesn't move
 // after its title bar comes. The frame, once known, is kept: the pointer's
-// distance reads it at every move, and it doesn't change while hidden.
+// distance reads it at every move, and it doesn't change while hidden. A
+// shown window that Qt sees unframed has no frame to ask the server about,
+// which spares those moves a round trip when no window manager frames it.
 QRect QtWindow::expectedFrameGeometry() const {
     const QRect frame = widget_->frameGeometry();
     const QRect content = widget_->geometry();
@@ -118,7 +120,7 @@ QRect QtWindow::expectedFrameGeometry() const {
                      frame.right() - content.right(), frame.bottom() - content.bottom());
         return frame;
     }
-    if (!frameMargins_)
+    if (!frameMargins_ && !widget_->isVisible())
         frameMargins_ = x11::frameExtents(*widget_);
     return frameMargins_ ? QRect(frame.topLeft(), frame.size().grownBy(*frameMargins_)) : frame;
 }

@@ -114,10 +114,10 @@ AccessibilityBus::AccessibilityBus() {
     if (!bus)
         return;
     daemon_ = bus->first;
-    ::setenv("DBUS_SESSION_BUS_ADDRESS", bus->second.c_str(), 1);
+    environment_.set("DBUS_SESSION_BUS_ADDRESS", bus->second);
     // Programs publish their objects only when the accessibility bus runs
     // as they start; asking for the desktop starts it.
-    ::setenv("QT_LINUX_ACCESSIBILITY_ALWAYS_ON", "1", 1);
+    environment_.set("QT_LINUX_ACCESSIBILITY_ALWAYS_ON", "1");
     up_ = atspi_init() == 0;
     if (AtspiAccessible* desktop = up_ ? atspi_get_desktop(0) : nullptr) {
         atspi_accessible_get_child_count(desktop, nullptr);
@@ -128,8 +128,6 @@ AccessibilityBus::AccessibilityBus() {
 AccessibilityBus::~AccessibilityBus() {
     if (up_)
         atspi_exit();
-    ::unsetenv("DBUS_SESSION_BUS_ADDRESS");
-    ::unsetenv("QT_LINUX_ACCESSIBILITY_ALWAYS_ON");
     if (daemon_ > 0)
         ::kill(daemon_, SIGTERM);
 }

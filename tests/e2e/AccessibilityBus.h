@@ -9,6 +9,8 @@
 #include <string>
 #include <vector>
 
+#include "support/ScopedEnvironment.h"
+
 namespace e2e {
 
 // An accessible object as a screen reader reads it: its role's name, its
@@ -50,6 +52,7 @@ class AccessibilityBus {
   private:
     AccessibilityBus();
 
+    testsupport::ScopedEnvironment environment_;
     pid_t daemon_ = -1;
     bool up_ = false;
 };

@@ -182,10 +182,10 @@ ProgramResult runTarnwick(const std::vector<std::string>& arguments, double seco
 PrivateFolders::PrivateFolders() {
     char pattern[] = "/tmp/tarnwick-e2e.XXXXXX";
     home_ = ::mkdtemp(pattern);
-    ::setenv("XDG_CONFIG_HOME", (home_ + "/config").c_str(), 1);
+    environment_.set("XDG_CONFIG_HOME", home_ + "/config");
     const std::string runtime = home_ + "/run";
     ::mkdir(runtime.c_str(), 0700);
-    ::setenv("XDG_RUNTIME_DIR", runtime.c_str(), 1);
+    environment_.set("XDG_RUNTIME_DIR", runtime);
 }
 
 // A program may leave helpers running, such as the file manager it starts

@@ -6,6 +6,8 @@
 #include <string>
 #include <vector>
 
+#include "support/ScopedEnvironment.h"
+
 namespace e2e {
 
 // How a process ended.
@@ -66,6 +68,7 @@ class PrivateFolders {
 
   private:
     std::string home_;
+    testsupport::ScopedEnvironment environment_;
 };
 
 // The tarnwick executable of this build.

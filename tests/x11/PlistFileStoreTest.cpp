@@ -14,9 +14,9 @@
 #include "platform/PropertyListCodec.h"
 #include "platform/sim/SimMainLoop.h"
 #include "platform/x11/PlistFileStore.h"
+#include "support/ScopedEnvironment.h"
 #include "support/StandardOutput.h"
 #include "x11/DesktopEntryTestTree.h"
-#include "x11/ScopedEnvironment.h"
 
 using platform::PropertyList;
 using platform::PropertyListCodec;
@@ -200,7 +200,7 @@ TEST_F(PlistFileStoreTest, ADamagedOutsideWriteIsKeptAsideAndTheLoadedValuesStay
 }
 
 TEST(PlistFileStorePath, FollowsTheConfigHomeAndFallsBackToDotConfig) {
-    x11test::ScopedEnvironment environment;
+    testsupport::ScopedEnvironment environment;
     environment.set("XDG_CONFIG_HOME", "/custom/config");
     EXPECT_EQ(PlistFileStore::defaultPath("org.example.App"),
               fs::path("/custom/config/tarnwick/org.example.App.plist"));

@@ -15,11 +15,11 @@
 #include "listwindow/ListWindowViewModel.h"
 #include "listwindow/WindowActions.h"
 #include "platform/x11/X11Desktop.h"
+#include "support/ScopedEnvironment.h"
 #include "support/StandardOutput.h"
 #include "tracking/AppsMonitor.h"
 #include "x11/DesktopEntryTestTree.h"
 #include "x11/InputTestDisplay.h"
-#include "x11/ScopedEnvironment.h"
 #include "x11/X11DesktopFixture.h"
 
 namespace x11test {
@@ -157,7 +157,7 @@ class TrackingOnDesktopTest : public X11DesktopTest {
 
     DesktopEntryTestTree home;
     InputTestDisplay server;
-    ScopedEnvironment environment;
+    testsupport::ScopedEnvironment environment;
     std::unique_ptr<X11Desktop> desktop;
     std::optional<platform::ScopedInstall> install;
     std::shared_ptr<tarnwick::AppsMonitor> monitor;

@@ -5,8 +5,8 @@
 
 #include "platform/sim/SimMainLoop.h"
 #include "platform/x11/X11FileViewer.h"
+#include "support/ScopedEnvironment.h"
 #include "x11/DesktopEntryTestTree.h"
-#include "x11/ScopedEnvironment.h"
 
 namespace platform::x11 {
 namespace {
@@ -63,7 +63,7 @@ class X11FileViewerTest : public ::testing::Test {
         loop.runUntil([] { return false; }, 0.3);
     }
 
-    x11test::ScopedEnvironment environment;
+    testsupport::ScopedEnvironment environment;
     DesktopEntryTestTree tree;
     sim::SimMainLoop loop;
     X11ProcessLauncher launcher{loop};

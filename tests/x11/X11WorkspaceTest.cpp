@@ -8,8 +8,8 @@
 #include "platform/x11/ProcessInfo.h"
 #include "platform/x11/X11Desktop.h"
 #include "platform/x11/X11Workspace.h"
+#include "support/ScopedEnvironment.h"
 #include "x11/DesktopEntryTestTree.h"
-#include "x11/ScopedEnvironment.h"
 #include "x11/X11DesktopFixture.h"
 
 namespace x11test {
@@ -189,7 +189,7 @@ TEST_F(X11WorkspaceTest, TheFileManagerIsStartedInItsBackgroundModeToPlayTheFind
     // managers out of this test.
     const auto runtime = tree.root() / "runtime";
     std::filesystem::create_directories(runtime);
-    ScopedEnvironment environment;
+    testsupport::ScopedEnvironment environment;
     environment.set("XDG_RUNTIME_DIR", runtime.string());
     install("pcmanfm.desktop", "File Manager PCManFM", "pcmanfm %U", "MimeType=inode/directory;\n");
     openDesktop();

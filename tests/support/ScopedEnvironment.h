@@ -6,7 +6,7 @@
 #include <utility>
 #include <vector>
 
-namespace x11test {
+namespace testsupport {
 
 // Environment variables changed for a scope and put back after it, last
 // change first.
@@ -34,4 +34,4 @@ class ScopedEnvironment {
     std::vector<std::pair<std::string, std::optional<std::string>>> saved_;
 };
 
-}  // namespace x11test
+}  // namespace testsupport

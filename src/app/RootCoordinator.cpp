@@ -46,15 +46,6 @@ platform::EventMonitors::LocalHandler passingThrough(
 
 }  // namespace
 
-template <typename Handler>
-auto RootCoordinator::weakly(Handler handler) {
-    return [weak = std::weak_ptr<CoordinatorProtocol>(shared_from_this()),
-            handler](const platform::Event& event) {
-        if (auto self = weak.lock())
-            handler(static_cast<RootCoordinator&>(*self), event);
-    };
-}
-
 std::shared_ptr<RootCoordinator> RootCoordinator::make(ChildFactories factories,
                                                        ContentViewFactory contentView) {
     std::shared_ptr<RootCoordinator> root(
@@ -122,35 +113,30 @@ void RootCoordinator::installShortcutMonitors() {
     if (!shortcutMonitors_.empty())
         return;
     auto& monitors = platform::eventMonitors();
-    auto onShortcut = weakly([](RootCoordinator& self, const platform::Event& event) {
-        self.handleShortcutEvent(event);
-    });
-    auto onKeyUp = weakly(
-        [](RootCoordinator& self, const platform::Event& event) { self.handleEscapeKeyUp(event); });
+    auto onShortcut =
+        lifetime_.guard([this](const platform::Event& event) { handleShortcutEvent(event); });
+    auto onKeyUp =
+        lifetime_.guard([this](const platform::Event& event) { handleEscapeKeyUp(event); });
     shortcutMonitors_.push_back(monitors.addGlobalMonitor(shortcutMask, onShortcut));
     shortcutMonitors_.push_back(monitors.addLocalMonitor(shortcutMask, passingThrough(onShortcut)));
     shortcutMonitors_.push_back(monitors.addGlobalMonitor(keyUpMask, onKeyUp));
     shortcutMonitors_.push_back(monitors.addLocalMonitor(keyUpMask, passingThrough(onKeyUp)));
-    std::weak_ptr<CoordinatorProtocol> weak = shared_from_this();
     frontmostObservers_.push_back(platform::workspace().observeFrontmostApplication(
-        true, [weak](const platform::RunningApplicationRef& application) {
-            if (auto self = weak.lock()) {
-                static_cast<RootCoordinator&>(*self).handleFrontmostApplication(application);
-            }
-        }));
+        true, lifetime_.guard([this](const platform::RunningApplicationRef& application) {
+            handleFrontmostApplication(application);
+        })));
 }
 
 void RootCoordinator::installMouseMonitors() {
     if (!mouseMonitors_.empty())
         return;
     auto& monitors = platform::eventMonitors();
-    auto onLocal = weakly([](RootCoordinator& self, const platform::Event& event) {
-        self.handleMouseMoved(event, "Local");
-    });
+    auto onLocal =
+        lifetime_.guard([this](const platform::Event& event) { handleMouseMoved(event, "Local"); });
     mouseMonitors_.push_back(monitors.addLocalMonitor(mouseMovedMask, passingThrough(onLocal)));
     mouseMonitors_.push_back(monitors.addGlobalMonitor(
-        mouseMovedMask, weakly([](RootCoordinator& self, const platform::Event& event) {
-            self.handleMouseMoved(event, "Global");
+        mouseMovedMask, lifetime_.guard([this](const platform::Event& event) {
+            handleMouseMoved(event, "Global");
         })));
 }
 

@@ -12,6 +12,7 @@
 #include "listwindow/ListWindowViewModel.h"
 #include "listwindow/WindowActions.h"
 #include "platform/Event.h"
+#include "platform/LifetimeGuard.h"
 #include "platform/Subscription.h"
 #include "platform/Workspace.h"
 #include "tracking/AppsMonitor.h"
@@ -94,11 +95,6 @@ class RootCoordinator final : public CoordinatorProtocol,
     void placeListWindowAtMouse();
     void showChild(CoordinatorProtocol::Ref& slot, const ChildFactory& factory);
 
-    // Monitor handlers hold the coordinator weakly and do nothing once it is
-    // gone.
-    template <typename Handler>
-    auto weakly(Handler handler);
-
     ChildFactories factories_;
     ContentViewFactory contentViewFactory_;
     std::shared_ptr<ActivationController> activationController_;
@@ -115,6 +111,8 @@ class RootCoordinator final : public CoordinatorProtocol,
     std::vector<platform::Token> shortcutMonitors_;
     std::vector<platform::Token> mouseMonitors_;
     std::vector<platform::Subscription> frontmostObservers_;
+    // Monitor handlers do nothing once the coordinator is gone.
+    platform::LifetimeGuard lifetime_;
 };
 
 }  // namespace tarnwick

@@ -81,14 +81,11 @@ void ListWindowViewModel::refreshWindows() {
 }
 
 void ListWindowViewModel::startObserving() {
-    std::weak_ptr<ListWindowViewModel*> weakSelf = self_;
     try {
         observers_.push_back(interactionController_->observe(
-            *app_.axApp, [weakSelf](corvane::Observer&, const std::shared_ptr<UIElement>&,
-                                    const UIElement::AXNotification&) {
-                if (auto self = weakSelf.lock())
-                    (*self)->refreshWindows();
-            }));
+            *app_.axApp,
+            lifetime_.guard([this](corvane::Observer&, const std::shared_ptr<UIElement>&,
+                                   const UIElement::AXNotification&) { refreshWindows(); })));
     } catch (const InteractionController::Error& error) {
         quillbox::printLine("Error observing: " + error.description());
     }

@@ -7,6 +7,7 @@
 #include "accessibility/Application.h"
 #include "accessibility/Observer.h"
 #include "listwindow/InteractionController.h"
+#include "platform/LifetimeGuard.h"
 #include "platform/Workspace.h"
 #include "support/Signal.h"
 #include "tracking/AppGrouping.h"
@@ -81,8 +82,8 @@ class ListWindowViewModel {
     SelectedApp app_;
     std::shared_ptr<InteractionController> interactionController_;
     std::shared_ptr<AppsMonitor> appsMonitor_;
-    // Observer callbacks hold the model weakly through this.
-    std::shared_ptr<ListWindowViewModel*> self_ = std::make_shared<ListWindowViewModel*>(this);
+    // Observer callbacks do nothing once the model is gone.
+    platform::LifetimeGuard lifetime_;
 };
 
 }  // namespace tarnwick

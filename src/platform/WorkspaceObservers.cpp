@@ -5,32 +5,52 @@
 namespace platform {
 
 Token WorkspaceObservers::add(WorkspaceNotification name, Workspace::NotificationHandler handler) {
-    const auto id = ++lastId_;
-    observers_.emplace(id, std::make_pair(name, std::move(handler)));
-    return Token{id};
+    if (!handler)
+        return Token{};
+    const Token token = observers_.add(
+        [name, handler = std::move(handler)](WorkspaceNotification notified,
+                                             const RunningApplicationRef& application) {
+            if (notified == name)
+                handler({application});
+        });
+    names_.emplace(token.id, name);
+    return token;
 }
 
 void WorkspaceObservers::remove(Token observer, WorkspaceNotification name) {
-    const auto it = observers_.find(observer.id);
-    if (it != observers_.end() && it->second.first == name)
-        observers_.erase(it);
+    const auto it = names_.find(observer.id);
+    if (it == names_.end() || it->second != name)
+        return;
+    names_.erase(it);
+    observers_.remove(observer);
 }
 
-// Tells a copy, so that an observer removed by an earlier one is skipped and
-// one added meanwhile waits for the next notification.
 void WorkspaceObservers::notify(WorkspaceNotification name,
                                 const RunningApplicationRef& application) const {
-    const auto observers = observers_;
-    for (const auto& [id, entry] : observers) {
-        if (entry.first == name && observers_.contains(id))
-            entry.second({application});
-    }
+    observers_.call(name, application);
+}
+
+void WorkspaceObservers::post(MainLoop& loop, WorkspaceNotification name,
+                              RunningApplicationRef application) {
+    loop.post(lifetime_.guard(
+        [this, name, application = std::move(application)] { notify(name, application); }));
 }
 
 std::size_t WorkspaceObservers::count(WorkspaceNotification name) const {
-    return static_cast<std::size_t>(
-        std::count_if(observers_.begin(), observers_.end(),
-                      [name](const auto& entry) { return entry.second.first == name; }));
+    return static_cast<std::size_t>(std::count_if(
+        names_.begin(), names_.end(), [name](const auto& entry) { return entry.second == name; }));
+}
+
+Subscription WorkspaceObservers::observeFrontmost(bool initial,
+                                                  const RunningApplicationRef& current,
+                                                  Workspace::FrontmostHandler handler) {
+    if (initial && handler)
+        handler(current);
+    return frontmostObservers_.subscribe(std::move(handler));
+}
+
+void WorkspaceObservers::frontmostChanged(const RunningApplicationRef& frontmost) const {
+    frontmostObservers_.call(frontmost);
 }
 
 }  // namespace platform

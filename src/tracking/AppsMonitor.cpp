@@ -75,14 +75,11 @@ AppsMonitor::~AppsMonitor() {
 
 void AppsMonitor::observeWorkspace(WorkspaceNotification name,
                                    void (AppsMonitor::*handler)(const RunningApplicationRef&)) {
-    std::weak_ptr<AppsMonitor*> weakSelf = self_;
     observableCancellables_[name] = platform::workspace().addObserverForName(
-        name, [weakSelf, handler](const platform::WorkspaceNotificationInfo& info) {
-            auto self = weakSelf.lock();
-            if (!self || !info.application)
-                return;
-            ((**self).*handler)(info.application);
-        });
+        name, lifetime_.guard([this, handler](const platform::WorkspaceNotificationInfo& info) {
+            if (info.application)
+                (this->*handler)(info.application);
+        }));
 }
 
 AppGrouping AppsMonitor::grouping(const platform::RunningApplication& application) const {

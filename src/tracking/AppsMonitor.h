@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "accessibility/Application.h"
+#include "platform/LifetimeGuard.h"
 #include "platform/Subscription.h"
 #include "platform/Workspace.h"
 #include "support/Signal.h"
@@ -71,9 +72,8 @@ class AppsMonitor {
     RunningApps runningApps_;
     AppElementCache appElementCache_;
     quillbox::Signal<> runningAppsChanged_;
-    // The workspace's handlers hold this weakly: a notification already
-    // under way when the monitor goes is ignored.
-    std::shared_ptr<AppsMonitor*> self_ = std::make_shared<AppsMonitor*>(this);
+    // A notification already under way when the monitor goes is ignored.
+    platform::LifetimeGuard lifetime_;
 };
 
 }  // namespace tarnwick

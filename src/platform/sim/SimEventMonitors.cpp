@@ -1,7 +1,5 @@
 #include "platform/sim/SimEventMonitors.h"
 
-#include <vector>
-
 namespace platform::sim {
 
 namespace {
@@ -13,17 +11,6 @@ bool isMouseEvent(EventType type) {
 
 bool matches(EventMask mask, const Event& event) {
     return (mask & eventMaskFor(event.type)) != 0;
-}
-
-// The ids present now: monitors added by a handler wait for the next event,
-// and removed ones are skipped by looking them up again.
-template <typename Map>
-std::vector<std::uint64_t> idsOf(const Map& monitors) {
-    std::vector<std::uint64_t> ids;
-    ids.reserve(monitors.size());
-    for (const auto& entry : monitors)
-        ids.push_back(entry.first);
-    return ids;
 }
 
 Event keyEvent(EventType type, KeyCode keyCode, ModifierFlags flags, std::string characters,
@@ -46,21 +33,27 @@ SimEventMonitors::SimEventMonitors(MainLoop& loop, std::function<bool()> isOurAp
 Token SimEventMonitors::addGlobalMonitor(EventMask mask, GlobalHandler handler) {
     if (refusesMonitors_ || !handler)
         return Token{};
-    const auto id = ++lastId_;
-    globalMonitors_.emplace(id, Monitor<GlobalHandler>{mask, std::move(handler)});
-    return Token{id};
+    return monitors_.add(
+        [mask, handler = std::move(handler)](bool toOurApplication, std::optional<Event>& event) {
+            if (!toOurApplication && matches(mask, *event))
+                handler(*event);
+        });
 }
 
 Token SimEventMonitors::addLocalMonitor(EventMask mask, LocalHandler handler) {
     if (refusesMonitors_ || !handler)
         return Token{};
-    const auto id = ++lastId_;
-    localMonitors_.emplace(id, Monitor<LocalHandler>{mask, std::move(handler)});
-    return Token{id};
+    const Token token = monitors_.add(
+        [mask, handler = std::move(handler)](bool toOurApplication, std::optional<Event>& event) {
+            if (toOurApplication && event && matches(mask, *event))
+                event = handler(*event);
+        });
+    localMonitors_.insert(token.id);
+    return token;
 }
 
 void SimEventMonitors::removeMonitor(Token monitor) {
-    globalMonitors_.erase(monitor.id);
+    monitors_.remove(monitor);
     localMonitors_.erase(monitor.id);
 }
 
@@ -100,11 +93,10 @@ std::optional<Event> SimEventMonitors::dispatch(Event event) {
     if (!isMouseEvent(event.type))
         event.locationInScreen = mouseLocation_;
     track(event);
-    if (isOurApplicationActive_ && isOurApplicationActive_()) {
-        return deliverToLocalMonitors(std::move(event));
-    }
-    deliverToGlobalMonitors(event);
-    return event;
+    const bool toOurApplication = isOurApplicationActive_ && isOurApplicationActive_();
+    std::optional<Event> passed = std::move(event);
+    monitors_.call(toOurApplication, passed);
+    return passed;
 }
 
 void SimEventMonitors::track(const Event& event) {
@@ -113,30 +105,6 @@ void SimEventMonitors::track(const Event& event) {
     } else {
         modifierFlags_ = event.modifierFlags & modifier::deviceIndependentMask;
     }
-}
-
-void SimEventMonitors::deliverToGlobalMonitors(const Event& event) {
-    for (auto id : idsOf(globalMonitors_)) {
-        auto it = globalMonitors_.find(id);
-        if (it == globalMonitors_.end() || !matches(it->second.mask, event))
-            continue;
-        auto handler = it->second.handler;  // the handler may remove its monitor
-        handler(event);
-    }
-}
-
-std::optional<Event> SimEventMonitors::deliverToLocalMonitors(Event event) {
-    for (auto id : idsOf(localMonitors_)) {
-        auto it = localMonitors_.find(id);
-        if (it == localMonitors_.end() || !matches(it->second.mask, event))
-            continue;
-        auto handler = it->second.handler;
-        auto passed = handler(event);
-        if (!passed)
-            return std::nullopt;
-        event = std::move(*passed);
-    }
-    return event;
 }
 
 }  // namespace platform::sim

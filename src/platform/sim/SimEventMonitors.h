@@ -3,11 +3,12 @@
 #include <cstddef>
 #include <cstdint>
 #include <functional>
-#include <map>
 #include <optional>
+#include <set>
 #include <string>
 
 #include "platform/EventMonitors.h"
+#include "platform/HandlerList.h"
 #include "platform/MainLoop.h"
 
 namespace platform::sim {
@@ -50,25 +51,19 @@ class SimEventMonitors final : public EventMonitors {
     // While set, the platform refuses new monitors (an empty token).
     void setRefusesMonitors(bool refuses) { refusesMonitors_ = refuses; }
 
-    std::size_t globalMonitorCount() const { return globalMonitors_.size(); }
+    std::size_t globalMonitorCount() const { return monitors_.size() - localMonitors_.size(); }
     std::size_t localMonitorCount() const { return localMonitors_.size(); }
 
   private:
-    template <typename Handler>
-    struct Monitor {
-        EventMask mask;
-        Handler handler;
-    };
-
     void track(const Event& event);
-    void deliverToGlobalMonitors(const Event& event);
-    std::optional<Event> deliverToLocalMonitors(Event event);
 
     MainLoop& loop_;
     std::function<bool()> isOurApplicationActive_;
-    std::uint64_t lastId_ = 0;
-    std::map<std::uint64_t, Monitor<GlobalHandler>> globalMonitors_;
-    std::map<std::uint64_t, Monitor<LocalHandler>> localMonitors_;
+    // Both kinds in one list, told whether the event goes to our
+    // application. A local monitor passes the event on to the next, changed
+    // or not; once one swallows it (nothing), the rest don't see it.
+    HandlerList<bool, std::optional<Event>&> monitors_;
+    std::set<std::uint64_t> localMonitors_;
     CGPoint mouseLocation_;
     ModifierFlags modifierFlags_ = 0;
     bool refusesMonitors_ = false;

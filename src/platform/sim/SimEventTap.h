@@ -1,11 +1,10 @@
 #pragma once
 
 #include <cstddef>
-#include <cstdint>
 #include <functional>
-#include <map>
 
 #include "platform/EventTap.h"
+#include "platform/HandlerList.h"
 
 namespace platform::sim {
 
@@ -21,13 +20,7 @@ class SimEventTap final : public EventTap {
     std::size_t createCount() const { return createCount_; }
 
   private:
-    struct Tap {
-        EventMask mask;
-        std::function<void(const Event&)> callback;
-    };
-
-    std::uint64_t lastId_ = 0;
-    std::map<std::uint64_t, Tap> taps_;
+    HandlerList<const Event&> taps_;
     std::size_t createCount_ = 0;
     bool refusesTaps_ = false;
 };

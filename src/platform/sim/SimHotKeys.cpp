@@ -16,18 +16,27 @@ OSStatus SimHotKeys::registerEventHotKey(KeyCode keyCode, std::uint32_t carbonMo
     const Chord chord{keyCode, carbonModifiers};
     if (takenElsewhere_.count(chord))
         return hotKeyExistsStatus;
-    for (const auto& [id, registration] : registrations_) {
-        if (registration.chord == chord)
+    for (const auto& [id, registered] : chords_) {
+        if (registered == chord)
             return hotKeyExistsStatus;
     }
-    const auto id = ++lastId_;
-    registrations_[id] = {chord, std::move(handler)};
-    hotKey = Token{id};
+    hotKey =
+        handlers_.add([chord, handler = std::move(handler)](Chord pressed, bool down, bool& taken) {
+            if (taken || pressed != chord)
+                return;
+            taken = true;
+            if (handler)
+                handler(down);
+        });
+    chords_.emplace(hotKey.id, chord);
     return 0;
 }
 
 OSStatus SimHotKeys::unregisterEventHotKey(Token hotKey) {
-    return registrations_.erase(hotKey.id) ? 0 : hotKeyInvalidStatus;
+    if (!chords_.erase(hotKey.id))
+        return hotKeyInvalidStatus;
+    handlers_.remove(hotKey);
+    return 0;
 }
 
 OSStatus SimHotKeys::copySymbolicHotKeys(std::vector<SymbolicHotKey>& hotKeys) {
@@ -46,16 +55,9 @@ bool SimHotKeys::release(KeyCode keyCode, std::uint32_t carbonModifiers) {
 }
 
 bool SimHotKeys::deliver(Chord chord, bool pressed) {
-    for (const auto& [id, registration] : registrations_) {
-        if (registration.chord != chord)
-            continue;
-        // A copy: the handler may unregister itself.
-        auto handler = registration.handler;
-        if (handler)
-            handler(pressed);
-        return true;
-    }
-    return false;
+    bool taken = false;
+    handlers_.call(chord, pressed, taken);
+    return taken;
 }
 
 }  // namespace platform::sim

@@ -7,6 +7,7 @@
 #include <utility>
 #include <vector>
 
+#include "platform/HandlerList.h"
 #include "platform/HotKeys.h"
 
 namespace platform::sim {
@@ -46,19 +47,17 @@ class SimHotKeys final : public HotKeys {
     bool press(KeyCode keyCode, std::uint32_t carbonModifiers);
     bool release(KeyCode keyCode, std::uint32_t carbonModifiers);
 
-    std::size_t registeredCount() const { return registrations_.size(); }
+    std::size_t registeredCount() const { return chords_.size(); }
 
   private:
     using Chord = std::pair<KeyCode, std::uint32_t>;
-    struct Registration {
-        Chord chord;
-        Handler handler;
-    };
 
     bool deliver(Chord chord, bool pressed);
 
-    std::uint64_t lastId_ = 0;
-    std::map<std::uint64_t, Registration> registrations_;
+    // The handler of the chord pressed or released takes it, and the rest
+    // are left alone.
+    HandlerList<Chord, bool, bool&> handlers_;
+    std::map<std::uint64_t, Chord> chords_;
     std::set<Chord> takenElsewhere_;
     std::vector<SymbolicHotKey> symbolicHotKeys_;
     OSStatus copyStatus_ = 0;

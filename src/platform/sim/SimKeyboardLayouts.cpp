@@ -44,16 +44,10 @@ KeyTranslation SimInputSource::translate(KeyCode keyCode, std::uint32_t modifier
     return {0, texts.plain};
 }
 
-struct SimKeyboardLayouts::Observers {
-    std::uint64_t lastId = 0;
-    std::map<std::uint64_t, std::function<void()>> handlers;
-};
-
 SimKeyboardLayouts::SimKeyboardLayouts(MainLoop& loop)
     : loop_(loop),
       counter_(std::make_shared<std::atomic<std::size_t>>(0)),
-      current_(findTable(layoutIdentifier::us)),
-      observers_(std::make_shared<Observers>()) {}
+      current_(findTable(layoutIdentifier::us)) {}
 
 SimKeyboardLayouts::~SimKeyboardLayouts() = default;
 
@@ -90,12 +84,7 @@ void SimKeyboardLayouts::setSourcesUnavailable(bool unavailable) {
 }
 
 Subscription SimKeyboardLayouts::observeLayoutChanges(std::function<void()> handler) {
-    const auto id = ++observers_->lastId;
-    observers_->handlers[id] = std::move(handler);
-    return Subscription([weak = std::weak_ptr<Observers>(observers_), id] {
-        if (auto observers = weak.lock())
-            observers->handlers.erase(id);
-    });
+    return observers_.subscribe(std::move(handler));
 }
 
 bool SimKeyboardLayouts::selectLayout(std::string_view identifier) {
@@ -108,17 +97,7 @@ bool SimKeyboardLayouts::selectLayout(std::string_view identifier) {
             return true;
         current_ = table;
     }
-    loop_.post([weak = std::weak_ptr<Observers>(observers_)] {
-        auto observers = weak.lock();
-        if (!observers)
-            return;
-        // A copy, so that a handler may unsubscribe while being told.
-        auto handlers = observers->handlers;
-        for (auto& [id, handler] : handlers) {
-            if (observers->handlers.count(id))
-                handler();
-        }
-    });
+    loop_.post(lifetime_.guard([this] { observers_.call(); }));
     return true;
 }
 

@@ -11,7 +11,9 @@
 #include <string_view>
 #include <vector>
 
+#include "platform/HandlerList.h"
 #include "platform/KeyboardLayout.h"
+#include "platform/LifetimeGuard.h"
 #include "platform/MainLoop.h"
 #include "platform/sim/SimKeyboardLayoutTables.h"
 
@@ -47,8 +49,6 @@ class SimKeyboardLayouts final : public KeyboardLayouts {
     void setSourcesUnavailable(bool unavailable);
 
   private:
-    struct Observers;
-
     std::shared_ptr<InputSource> sourceFor(const SimKeyboardLayoutTable& table);
 
     MainLoop& loop_;
@@ -59,7 +59,9 @@ class SimKeyboardLayouts final : public KeyboardLayouts {
     std::map<std::string, std::shared_ptr<InputSource>, std::less<>> sources_;
     const SimKeyboardLayoutTable* current_;
     bool unavailable_ = false;
-    std::shared_ptr<Observers> observers_;
+    HandlerList<> observers_;
+    // Tasks posted to the loop may run after the layouts are gone.
+    LifetimeGuard lifetime_;
 };
 
 // One table-driven layout. Shift and Option change the text; Command and

@@ -35,14 +35,11 @@ PropertyList::Dictionary SimPreferencesStore::dictionaryRepresentation() const {
 }
 
 Subscription SimPreferencesStore::observeChanges(std::function<void()> handler) {
-    return changed_->connect(std::move(handler));
+    return changed_.connect(std::move(handler));
 }
 
 void SimPreferencesStore::announceChange() {
-    loop_.post([weakSignal = std::weak_ptr<quillbox::Signal<>>(changed_)] {
-        if (auto signal = weakSignal.lock())
-            signal->emit();
-    });
+    loop_.post(lifetime_.guard([this] { changed_.emit(); }));
 }
 
 }  // namespace platform::sim

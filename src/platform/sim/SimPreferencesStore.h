@@ -3,6 +3,7 @@
 #include <memory>
 #include <mutex>
 
+#include "platform/LifetimeGuard.h"
 #include "platform/MainLoop.h"
 #include "platform/PreferencesStore.h"
 #include "support/Signal.h"
@@ -29,9 +30,9 @@ class SimPreferencesStore final : public PreferencesStore {
     MainLoop& loop_;
     mutable std::mutex mutex_;
     PropertyList::Dictionary values_;
-    // Shared with the tasks posted to the loop, which may run after the
-    // store is gone.
-    std::shared_ptr<quillbox::Signal<>> changed_ = std::make_shared<quillbox::Signal<>>();
+    quillbox::Signal<> changed_;
+    // The announcements posted to the loop may run after the store is gone.
+    LifetimeGuard lifetime_;
 };
 
 }  // namespace platform::sim

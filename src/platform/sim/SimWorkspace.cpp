@@ -27,11 +27,7 @@ void SimWorkspace::removeObserver(Token observer, WorkspaceNotification name) {
 }
 
 Subscription SimWorkspace::observeFrontmostApplication(bool initial, FrontmostHandler handler) {
-    const auto id = ++lastFrontmostId_;
-    frontmostObservers_.emplace(id, handler);
-    if (initial)
-        handler(frontmost_);
-    return Subscription([this, id] { frontmostObservers_.erase(id); });
+    return observers_.observeFrontmost(initial, frontmost_, std::move(handler));
 }
 
 std::shared_ptr<SimRunningApplication> SimWorkspace::addRunning(SimRunningApplication::Info info) {
@@ -59,12 +55,7 @@ void SimWorkspace::terminate(pid_t pid) {
 
 void SimWorkspace::setFrontmostApplication(RunningApplicationRef app) {
     frontmost_ = std::move(app);
-    // Observers may remove themselves while being told.
-    auto observers = frontmostObservers_;
-    for (const auto& [id, handler] : observers) {
-        if (frontmostObservers_.count(id))
-            handler(frontmost_);
-    }
+    observers_.frontmostChanged(frontmost_);
 }
 
 void SimWorkspace::setCurrentApplication(std::shared_ptr<SimRunningApplication> app) {
@@ -82,7 +73,7 @@ std::size_t SimWorkspace::observerCount(WorkspaceNotification name) const {
 }
 
 void SimWorkspace::post(WorkspaceNotification name, RunningApplicationRef app) {
-    loop_.post([this, name, app] { observers_.notify(name, app); });
+    observers_.post(loop_, name, std::move(app));
 }
 
 }  // namespace platform::sim

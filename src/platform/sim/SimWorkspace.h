@@ -46,12 +46,10 @@ class SimWorkspace final : public Workspace {
     void post(WorkspaceNotification name, RunningApplicationRef app);
 
     MainLoop& loop_;
-    std::uint64_t lastFrontmostId_ = 0;
     std::vector<std::shared_ptr<SimRunningApplication>> running_;
     RunningApplicationRef frontmost_;
     std::shared_ptr<SimRunningApplication> current_;
     WorkspaceObservers observers_;
-    std::map<std::uint64_t, FrontmostHandler> frontmostObservers_;
 };
 
 }  // namespace platform::sim

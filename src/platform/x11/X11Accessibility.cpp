@@ -1,7 +1,6 @@
 #include "platform/x11/X11Accessibility.h"
 
 #include <algorithm>
-#include <cstdlib>
 
 namespace platform::x11 {
 
@@ -45,18 +44,15 @@ bool X11Accessibility::isConnected() const {
 void X11Accessibility::processEvents() {
     std::size_t handled = 0;
     while (handled < maxEventsPerTurn) {
-        auto* event = xcb_poll_for_event(connection_->connection());
+        Reply<xcb_generic_event_t> event(xcb_poll_for_event(connection_->connection()));
         if (!event)
             break;
-        handle(event);
+        handle(*event);
         ++handled;
     }
     if (handled == maxEventsPerTurn) {
         // A flood of events takes turns with the rest of the loop's work.
-        loop_.post([alive = std::weak_ptr<bool>(alive_), this] {
-            if (alive.lock())
-                processEvents();
-        });
+        loop_.post(lifetime_.guard([this] { processEvents(); }));
     }
     if (!isConnected() && watch_) {
         // A dead connection stays readable forever; stop listening to it.
@@ -66,16 +62,15 @@ void X11Accessibility::processEvents() {
 }
 
 void X11Accessibility::takeQueuedEvents() {
-    while (auto* event = xcb_poll_for_queued_event(connection_->connection()))
-        handle(event);
+    while (Reply<xcb_generic_event_t> event{xcb_poll_for_queued_event(connection_->connection())})
+        handle(*event);
 }
 
 // Errors come here too, unread: they answer requests about windows that
 // had gone, which the mirror learns of from their events.
-void X11Accessibility::handle(xcb_generic_event_t* event) {
-    const Reply<xcb_generic_event_t> owned(event);
-    if (event->response_type != 0)
-        mirror_.handleEvent(*event);
+void X11Accessibility::handle(const xcb_generic_event_t& event) {
+    if (event.response_type != 0)
+        mirror_.handleEvent(event);
 }
 
 AXErrorCode X11Accessibility::liveElement(const AXUIElementRef& element,

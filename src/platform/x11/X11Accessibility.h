@@ -3,6 +3,7 @@
 #include <memory>
 
 #include "platform/Accessibility.h"
+#include "platform/LifetimeGuard.h"
 #include "platform/MainLoop.h"
 #include "platform/x11/X11Connection.h"
 #include "platform/x11/X11ElementAttributes.h"
@@ -91,8 +92,8 @@ class X11Accessibility final : public Accessibility {
     const X11WindowMirror& windowMirror() const { return mirror_; }
     // Also tells the listener of the mirror's changes, after the observers,
     // until it is removed.
-    void addWindowListener(X11WindowMirrorListener& listener) { listeners_.add(listener); }
-    void removeWindowListener(X11WindowMirrorListener& listener) { listeners_.remove(listener); }
+    Token addWindowListener(X11WindowMirrorListener& listener) { return listeners_.add(listener); }
+    void removeWindowListener(Token listener) { listeners_.remove(listener); }
 
   private:
     // The element behind the handle, when it is ours and still stands for
@@ -101,7 +102,7 @@ class X11Accessibility final : public Accessibility {
     AXErrorCode readArray(const AXUIElementRef& element, const std::string& attribute,
                           const CFValue::Array*& array, std::optional<CFValue>& holder);
     void takeQueuedEvents();
-    void handle(xcb_generic_event_t* event);
+    void handle(const xcb_generic_event_t& event);
 
     MainLoop& loop_;
     std::unique_ptr<X11Connection> connection_;
@@ -111,8 +112,8 @@ class X11Accessibility final : public Accessibility {
     X11WindowMirror mirror_;
     X11ElementCommands commands_;
     Token watch_;
-    // Lets tasks posted to the loop know whether this object still exists.
-    std::shared_ptr<bool> alive_ = std::make_shared<bool>(true);
+    // Tasks posted to the loop may run after the backend is gone.
+    LifetimeGuard lifetime_;
 };
 
 }  // namespace platform::x11

@@ -17,11 +17,7 @@ X11ActiveWindowTracker::~X11ActiveWindowTracker() {
 }
 
 Subscription X11ActiveWindowTracker::observeActiveProcess(Handler handler) {
-    const Token token = observers_->add(std::move(handler));
-    return Subscription([observers = std::weak_ptr(observers_), token] {
-        if (auto list = observers.lock())
-            list->remove(token);
-    });
+    return observers_.subscribe(std::move(handler));
 }
 
 void X11ActiveWindowTracker::handleEvent(const xcb_generic_event_t& event) {
@@ -35,7 +31,7 @@ void X11ActiveWindowTracker::handleEvent(const xcb_generic_event_t& event) {
     const std::optional<pid_t> before = process_;
     refresh();
     if (process_ != before)
-        observers_->call(process_);
+        observers_.call(process_);
 }
 
 void X11ActiveWindowTracker::refresh() {

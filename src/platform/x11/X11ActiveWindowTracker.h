@@ -7,8 +7,8 @@
 #include <memory>
 #include <optional>
 
+#include "platform/HandlerList.h"
 #include "platform/Subscription.h"
-#include "platform/x11/InputHandlerList.h"
 #include "platform/x11/X11InputEventSource.h"
 
 namespace platform::x11 {
@@ -40,8 +40,7 @@ class X11ActiveWindowTracker {
     xcb_window_t window_ = XCB_NONE;
     std::optional<pid_t> process_;
     Token eventHandler_;
-    std::shared_ptr<InputHandlerList<std::optional<pid_t>>> observers_ =
-        std::make_shared<InputHandlerList<std::optional<pid_t>>>();
+    HandlerList<std::optional<pid_t>> observers_;
 };
 
 }  // namespace platform::x11

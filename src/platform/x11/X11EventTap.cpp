@@ -6,10 +6,7 @@ Subscription X11EventTap::tapCreate(EventMask mask, std::function<void(const Eve
     if (!input_ || !callback)
         return Subscription();
     const Token token = input_->addListener(mask, std::move(callback));
-    return Subscription([input = input_, alive = std::weak_ptr<bool>(alive_), token] {
-        if (!alive.expired())
-            input->removeListener(token);
-    });
+    return Subscription(lifetime_.guard([input = input_, token] { input->removeListener(token); }));
 }
 
 }  // namespace platform::x11

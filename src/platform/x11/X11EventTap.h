@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/EventTap.h"
+#include "platform/LifetimeGuard.h"
 #include "platform/x11/X11RawInput.h"
 
 namespace platform::x11 {
@@ -11,7 +12,6 @@ class X11EventTap final : public EventTap {
   public:
     // Without raw input every tap is refused.
     explicit X11EventTap(X11RawInput* input) : input_(input) {}
-    ~X11EventTap() override { *alive_ = false; }
     X11EventTap(const X11EventTap&) = delete;
     X11EventTap& operator=(const X11EventTap&) = delete;
 
@@ -19,7 +19,7 @@ class X11EventTap final : public EventTap {
 
   private:
     X11RawInput* input_;
-    std::shared_ptr<bool> alive_ = std::make_shared<bool>(true);
+    LifetimeGuard lifetime_;
 };
 
 }  // namespace platform::x11

@@ -30,8 +30,8 @@ X11HotKeys::X11HotKeys(X11InputEventSource& source)
 
 X11HotKeys::~X11HotKeys() {
     source_.removeEventHandler(eventHandler_);
-    for (const auto& [id, hotKey] : hotKeys_)
-        grabs_.ungrab(hotKey.grab);
+    for (const auto& [id, grab] : grabbed_)
+        grabs_.ungrab(grab);
 }
 
 OSStatus X11HotKeys::registerEventHotKey(KeyCode keyCode, std::uint32_t carbonModifiers,
@@ -48,23 +48,33 @@ OSStatus X11HotKeys::registerEventHotKey(KeyCode keyCode, std::uint32_t carbonMo
         return eventHotKeyExistsErr;
     if (outcome == GrabOutcome::failed)
         return eventInternalErr;
-    hotKey = Token{++lastId_};
-    hotKeys_.emplace(hotKey.id, HotKey{*grab, std::move(handler)});
+    hotKey = handlers_.add([grab = *grab, handler = std::move(handler), held = false](
+                               const KeyGrab& key, bool down, bool& taken) mutable {
+        // A release counts whatever modifiers were let go of first.
+        const bool matches = down ? grab == key : grab.key == key.key && held;
+        if (taken || !matches || held == down)
+            return;
+        held = down;
+        taken = true;
+        handler(down);
+    });
+    grabbed_.emplace(hotKey.id, *grab);
     return 0;
 }
 
 OSStatus X11HotKeys::unregisterEventHotKey(Token hotKey) {
-    auto it = hotKeys_.find(hotKey.id);
-    if (it == hotKeys_.end())
+    auto it = grabbed_.find(hotKey.id);
+    if (it == grabbed_.end())
         return eventHotKeyInvalidErr;
-    grabs_.ungrab(it->second.grab);
-    hotKeys_.erase(it);
+    grabs_.ungrab(it->second);
+    grabbed_.erase(it);
+    handlers_.remove(hotKey);
     return 0;
 }
 
 bool X11HotKeys::isOurs(const KeyGrab& grab) const {
-    for (const auto& [id, hotKey] : hotKeys_) {
-        if (hotKey.grab == grab)
+    for (const auto& [id, held] : grabbed_) {
+        if (held == grab)
             return true;
     }
     return false;
@@ -127,18 +137,8 @@ void X11HotKeys::handleEvent(const xcb_generic_event_t& event) {
         return;
     const auto& key = reinterpret_cast<const xcb_key_press_event_t&>(event);
     const KeyGrab pressed{key.detail, grabs_.chordModifiersOf(key.state)};
-    const bool down = type == XCB_KEY_PRESS;
-    for (auto& [id, hotKey] : hotKeys_) {
-        // A release counts whatever modifiers were let go of first.
-        const bool matches =
-            down ? hotKey.grab == pressed : hotKey.grab.key == pressed.key && hotKey.down;
-        if (!matches || hotKey.down == down)
-            continue;
-        hotKey.down = down;
-        Handler handler = hotKey.handler;  // the handler may unregister itself
-        handler(down);
-        return;
-    }
+    bool taken = false;
+    handlers_.call(pressed, type == XCB_KEY_PRESS, taken);
 }
 
 }  // namespace platform::x11

@@ -5,6 +5,7 @@
 #include <map>
 #include <vector>
 
+#include "platform/HandlerList.h"
 #include "platform/HotKeys.h"
 #include "platform/x11/X11InputEventSource.h"
 #include "platform/x11/X11KeyGrabs.h"
@@ -41,19 +42,15 @@ class X11HotKeys final : public HotKeys {
     ShortcutAvailability isShortcutTaken(KeyCode keyCode, std::uint32_t carbonModifiers) override;
 
   private:
-    struct HotKey {
-        KeyGrab grab;
-        Handler handler;
-        bool down = false;
-    };
-
     void handleEvent(const xcb_generic_event_t& event);
     bool isOurs(const KeyGrab& grab) const;
 
     X11InputEventSource& source_;
     X11KeyGrabs grabs_;
-    std::map<std::uint64_t, HotKey> hotKeys_;
-    std::uint64_t lastId_ = 0;
+    // The handler of the key pressed or released takes the event, and the
+    // rest are left alone.
+    HandlerList<const KeyGrab&, bool, bool&> handlers_;
+    std::map<std::uint64_t, KeyGrab> grabbed_;
     Token eventHandler_;
 };
 

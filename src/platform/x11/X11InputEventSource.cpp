@@ -1,7 +1,5 @@
 #include "platform/x11/X11InputEventSource.h"
 
-#include <cstdlib>
-
 namespace platform::x11 {
 
 X11InputEventSource::X11InputEventSource(std::unique_ptr<X11Connection> connection, MainLoop& loop)
@@ -11,7 +9,6 @@ X11InputEventSource::X11InputEventSource(std::unique_ptr<X11Connection> connecti
 }
 
 X11InputEventSource::~X11InputEventSource() {
-    *alive_ = false;
     loop_.unwatch(watch_);
 }
 
@@ -25,15 +22,15 @@ void X11InputEventSource::selectRootEvents(std::uint32_t eventMask) {
 
 void X11InputEventSource::dispatchPending() {
     for (;;) {
-        while (xcb_generic_event_t* event = xcb_poll_for_event(xcb()))
-            handleEvent(event);
+        while (Reply<xcb_generic_event_t> event{xcb_poll_for_event(xcb())})
+            eventHandlers_.call(*event);
         idleHandlers_.call();
         // An idle handler that collected a reply read the socket, and any
         // event read with it waits in the queue: the socket won't say so again.
-        xcb_generic_event_t* queued = xcb_poll_for_queued_event(xcb());
+        const Reply<xcb_generic_event_t> queued(xcb_poll_for_queued_event(xcb()));
         if (!queued)
             break;
-        handleEvent(queued);
+        eventHandlers_.call(*queued);
     }
     xcb_flush(xcb());
     if (xcb_connection_has_error(xcb()) && watch_) {
@@ -43,21 +40,14 @@ void X11InputEventSource::dispatchPending() {
     }
 }
 
-void X11InputEventSource::handleEvent(xcb_generic_event_t* event) {
-    eventHandlers_.call(*event);
-    std::free(event);
-}
-
 void X11InputEventSource::dispatchSoon() {
     if (dispatchPosted_)
         return;
     dispatchPosted_ = true;
-    loop_.post([this, alive = std::weak_ptr<bool>(alive_)] {
-        if (alive.expired())
-            return;
+    loop_.post(lifetime_.guard([this] {
         dispatchPosted_ = false;
         dispatchPending();
-    });
+    }));
 }
 
 }  // namespace platform::x11

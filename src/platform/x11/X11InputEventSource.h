@@ -6,8 +6,9 @@
 #include <functional>
 #include <memory>
 
+#include "platform/HandlerList.h"
+#include "platform/LifetimeGuard.h"
 #include "platform/MainLoop.h"
-#include "platform/x11/InputHandlerList.h"
 #include "platform/x11/X11Connection.h"
 
 namespace platform::x11 {
@@ -50,17 +51,15 @@ class X11InputEventSource {
     void dispatchSoon();
 
   private:
-    // Hands the event to every handler and frees it.
-    void handleEvent(xcb_generic_event_t* event);
-
     std::unique_ptr<X11Connection> connection_;
     MainLoop& loop_;
     Token watch_;
     std::uint32_t rootEventMask_ = 0;
     bool dispatchPosted_ = false;
-    std::shared_ptr<bool> alive_ = std::make_shared<bool>(true);
-    InputHandlerList<const xcb_generic_event_t&> eventHandlers_;
-    InputHandlerList<> idleHandlers_;
+    HandlerList<const xcb_generic_event_t&> eventHandlers_;
+    HandlerList<> idleHandlers_;
+    // Tasks posted to the loop may run after the source is gone.
+    LifetimeGuard lifetime_;
 };
 
 }  // namespace platform::x11

@@ -1,9 +1,8 @@
 #include "platform/x11/X11KeyGrabs.h"
 
-#include <cstdlib>
-
 #include "platform/HotKeys.h"
 #include "platform/x11/KeyCodeTable.h"
+#include "platform/x11/X11Connection.h"
 
 namespace platform::x11 {
 
@@ -11,13 +10,10 @@ namespace {
 
 constexpr std::uint8_t badAccess = 10;
 
-GrabOutcome outcomeOf(xcb_generic_error_t* error) {
+GrabOutcome outcomeOf(const ErrorReply& error) {
     if (!error)
         return GrabOutcome::granted;
-    const GrabOutcome outcome =
-        error->error_code == badAccess ? GrabOutcome::heldByAnotherClient : GrabOutcome::failed;
-    std::free(error);
-    return outcome;
+    return error->error_code == badAccess ? GrabOutcome::heldByAnotherClient : GrabOutcome::failed;
 }
 
 xcb_void_cookie_t sendGrab(xcb_connection_t* connection, xcb_window_t root, xcb_keycode_t key,
@@ -39,11 +35,11 @@ X11KeyGrabs::X11KeyGrabs(xcb_connection_t* connection, xcb_window_t root)
 void X11KeyGrabs::readModifierMapping() {
     // Option, Command and Num Lock are whichever modifiers the keys at
     // those positions are bound to.
-    xcb_get_modifier_mapping_reply_t* reply =
-        xcb_get_modifier_mapping_reply(connection_, xcb_get_modifier_mapping(connection_), nullptr);
+    const auto reply = awaitReply(connection_, xcb_get_modifier_mapping_reply,
+                                  xcb_get_modifier_mapping(connection_));
     if (!reply)
         return;
-    const xcb_keycode_t* keys = xcb_get_modifier_mapping_keycodes(reply);
+    const xcb_keycode_t* keys = xcb_get_modifier_mapping_keycodes(reply.get());
     const int perModifier = reply->keycodes_per_modifier;
     const auto maskOfKey = [&](KeyCode keyCode, std::uint16_t fallback) -> std::uint16_t {
         const auto xKeyCode = KeyCodeTable::xKeyCodeFor(keyCode);
@@ -58,7 +54,6 @@ void X11KeyGrabs::readModifierMapping() {
     optionMask_ = maskOfKey(keycode::option, XCB_MOD_MASK_1);
     commandMask_ = maskOfKey(keycode::command, XCB_MOD_MASK_4);
     numLockMask_ = maskOfKey(71, XCB_MOD_MASK_2);  // Num Lock sits where Clear is
-    std::free(reply);
 }
 
 std::optional<KeyGrab> X11KeyGrabs::grabFor(KeyCode keyCode, std::uint32_t carbonModifiers) const {
@@ -121,7 +116,7 @@ GrabOutcome X11KeyGrabs::grab(const KeyGrab& grab) {
     }
     GrabOutcome outcome = GrabOutcome::granted;
     for (const xcb_void_cookie_t& cookie : cookies) {
-        const GrabOutcome one = outcomeOf(xcb_request_check(connection_, cookie));
+        const GrabOutcome one = outcomeOf(ErrorReply(xcb_request_check(connection_, cookie)));
         if (outcome == GrabOutcome::granted ||
             (outcome == GrabOutcome::heldByAnotherClient && one == GrabOutcome::failed)) {
             outcome = one;
@@ -144,7 +139,7 @@ void X11KeyGrabs::ungrab(const KeyGrab& grab) {
 // Another client may ask for the key right after we let go: wait until the
 // server has taken our release, so that it finds the key free.
 void X11KeyGrabs::waitForServer() const {
-    std::free(xcb_get_input_focus_reply(connection_, xcb_get_input_focus(connection_), nullptr));
+    awaitReply(connection_, xcb_get_input_focus_reply, xcb_get_input_focus(connection_));
 }
 
 std::vector<GrabOutcome> X11KeyGrabs::probe(const std::vector<KeyGrab>& grabs) {
@@ -156,7 +151,7 @@ std::vector<GrabOutcome> X11KeyGrabs::probe(const std::vector<KeyGrab>& grabs) {
     std::vector<GrabOutcome> outcomes;
     outcomes.reserve(grabs.size());
     for (std::size_t i = 0; i < grabs.size(); ++i) {
-        outcomes.push_back(outcomeOf(xcb_request_check(connection_, cookies[i])));
+        outcomes.push_back(outcomeOf(ErrorReply(xcb_request_check(connection_, cookies[i]))));
         if (outcomes.back() == GrabOutcome::granted) {
             xcb_ungrab_key(connection_, grabs[i].key, root_, grabs[i].modifiers);
         }

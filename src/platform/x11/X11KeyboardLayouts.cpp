@@ -2,7 +2,6 @@
 
 #include <xkbcommon/xkbcommon-x11.h>
 
-#include <cstdlib>
 #include <string>
 
 #include "platform/x11/XkbProtocol.h"
@@ -65,7 +64,6 @@ X11KeyboardLayouts::X11KeyboardLayouts(X11InputEventSource& source, std::int32_t
 }
 
 X11KeyboardLayouts::~X11KeyboardLayouts() {
-    *alive_ = false;
     source_.removeEventHandler(eventHandler_);
 }
 
@@ -81,11 +79,7 @@ X11KeyboardLayouts::copyCurrentASCIICapableKeyboardLayoutInputSource() {
 }
 
 Subscription X11KeyboardLayouts::observeLayoutChanges(std::function<void()> handler) {
-    const Token token = observers_->add(std::move(handler));
-    return Subscription([observers = std::weak_ptr(observers_), token] {
-        if (auto list = observers.lock())
-            list->remove(token);
-    });
+    return observers_.subscribe(std::move(handler));
 }
 
 void X11KeyboardLayouts::handleEvent(const xcb_generic_event_t& event) {
@@ -123,14 +117,12 @@ void X11KeyboardLayouts::reloadSoon() {
     if (reloadPosted_)
         return;
     reloadPosted_ = true;
-    source_.loop().post([this, alive = std::weak_ptr<bool>(alive_)] {
-        if (alive.expired())
-            return;
+    source_.loop().post(lifetime_.guard([this] {
         reloadPosted_ = false;
         if (reload())
-            observers_->call();
+            observers_.call();
         source_.dispatchSoon();
-    });
+    }));
 }
 
 bool X11KeyboardLayouts::reload() {
@@ -172,7 +164,7 @@ void X11KeyboardLayouts::selectGroup(xkb_layout_index_t group) {
         std::lock_guard guard(sourcesLock_);
         current_ = groups_[group];
     }
-    observers_->call();
+    observers_.call();
 }
 
 std::optional<XkbRulesNames> X11KeyboardLayouts::readRulesNames() {
@@ -180,13 +172,12 @@ std::optional<XkbRulesNames> X11KeyboardLayouts::readRulesNames() {
     constexpr std::uint32_t longestNames = 4096;
     auto cookie = xcb_get_property(connection, 0, source_.root(), rulesNamesAtom_, XCB_ATOM_STRING,
                                    0, longestNames / 4);
-    xcb_get_property_reply_t* reply = xcb_get_property_reply(connection, cookie, nullptr);
+    const auto reply = awaitReply(connection, xcb_get_property_reply, cookie);
     if (!reply)
         return std::nullopt;
-    const auto* text = static_cast<const char*>(xcb_get_property_value(reply));
-    const std::string property(text,
-                               static_cast<std::size_t>(xcb_get_property_value_length(reply)));
-    std::free(reply);
+    const auto* text = static_cast<const char*>(xcb_get_property_value(reply.get()));
+    const std::string property(
+        text, static_cast<std::size_t>(xcb_get_property_value_length(reply.get())));
     return XkbRulesNames::parse(property);
 }
 

@@ -8,8 +8,9 @@
 #include <optional>
 #include <vector>
 
+#include "platform/HandlerList.h"
 #include "platform/KeyboardLayout.h"
-#include "platform/x11/InputHandlerList.h"
+#include "platform/LifetimeGuard.h"
 #include "platform/x11/X11InputEventSource.h"
 #include "platform/x11/XkbInputSource.h"
 #include "platform/x11/XkbLayoutNames.h"
@@ -59,8 +60,9 @@ class X11KeyboardLayouts final : public KeyboardLayouts {
     std::shared_ptr<XkbInputSource> builtInUS_;
     Token eventHandler_;
     bool reloadPosted_ = false;
-    std::shared_ptr<bool> alive_ = std::make_shared<bool>(true);
-    std::shared_ptr<InputHandlerList<>> observers_ = std::make_shared<InputHandlerList<>>();
+    HandlerList<> observers_;
+    // Tasks posted to the loop may run after the layouts are gone.
+    LifetimeGuard lifetime_;
 };
 
 }  // namespace platform::x11

@@ -3,8 +3,6 @@
 #include <xcb/xcbext.h>
 #include <xcb/xinput.h>
 
-#include <cstdlib>
-
 #include "platform/x11/XkbProtocol.h"
 
 namespace platform::x11 {
@@ -17,15 +15,10 @@ constexpr EventMask keyboardMask = eventMaskFor(EventType::keyDown) |
 constexpr EventMask motionMask = eventMaskFor(EventType::mouseMoved);
 
 bool hasXInput22(xcb_connection_t* connection) {
-    auto cookie = xcb_input_xi_query_version(connection, 2, 2);
-    xcb_input_xi_query_version_reply_t* reply =
-        xcb_input_xi_query_version_reply(connection, cookie, nullptr);
-    if (!reply)
-        return false;
-    const bool supported =
-        reply->major_version > 2 || (reply->major_version == 2 && reply->minor_version >= 2);
-    std::free(reply);
-    return supported;
+    const auto reply = awaitReply(connection, xcb_input_xi_query_version_reply,
+                                  xcb_input_xi_query_version(connection, 2, 2));
+    return reply &&
+           (reply->major_version > 2 || (reply->major_version == 2 && reply->minor_version >= 2));
 }
 
 void selectRawEvents(xcb_connection_t* connection, xcb_window_t root, bool withMotion) {
@@ -78,13 +71,11 @@ void X11RawInput::seedFromServer() {
     xcb_connection_t* connection = source_.xcb();
     auto keysCookie = xcb_query_keymap(connection);
     auto stateCookie = xcb_xkb_get_state(connection, XCB_XKB_ID_USE_CORE_KBD);
-    xcb_query_keymap_reply_t* keys = xcb_query_keymap_reply(connection, keysCookie, nullptr);
-    xcb_xkb_get_state_reply_t* state = xcb_xkb_get_state_reply(connection, stateCookie, nullptr);
+    const auto keys = awaitReply(connection, xcb_query_keymap_reply, keysCookie);
+    const auto state = awaitReply(connection, xcb_xkb_get_state_reply, stateCookie);
     const bool capsLockOn = state && (state->lockedMods & XCB_MOD_MASK_LOCK);
     if (keys)
         translator_.seed(keys->keys, capsLockOn);
-    std::free(keys);
-    std::free(state);
 }
 
 Token X11RawInput::addListener(EventMask mask, Listener listener) {
@@ -160,13 +151,12 @@ void X11RawInput::queryPointer() {
     movedSinceQuery_ = false;
 }
 
-void X11RawInput::takePointerReply(xcb_query_pointer_reply_t* reply) {
+void X11RawInput::takePointerReply(Reply<xcb_query_pointer_reply_t> reply) {
     pendingQuery_.reset();
     if (reply) {
         pointer_ = CGPoint{static_cast<double>(reply->root_x), static_cast<double>(reply->root_y)};
         moveToDeliver_ = motionSelected_;
     }
-    std::free(reply);
 }
 
 void X11RawInput::collectPointer() {
@@ -175,8 +165,9 @@ void X11RawInput::collectPointer() {
         xcb_generic_error_t* error = nullptr;
         if (!xcb_poll_for_reply(source_.xcb(), *pendingQuery_, &reply, &error))
             return;
-        std::free(error);
-        takePointerReply(static_cast<xcb_query_pointer_reply_t*>(reply));
+        const ErrorReply ignored(error);
+        takePointerReply(
+            Reply<xcb_query_pointer_reply_t>(static_cast<xcb_query_pointer_reply_t*>(reply)));
     }
     if (!moveToDeliver_)
         return;
@@ -194,8 +185,8 @@ CGPoint X11RawInput::mouseLocation() {
     while (pendingQuery_ || movedSinceQuery_) {
         if (!pendingQuery_)
             queryPointer();
-        takePointerReply(xcb_query_pointer_reply(
-            source_.xcb(), xcb_query_pointer_cookie_t{*pendingQuery_}, nullptr));
+        takePointerReply(awaitReply(source_.xcb(), xcb_query_pointer_reply,
+                                    xcb_query_pointer_cookie_t{*pendingQuery_}));
         source_.dispatchSoon();
     }
     return X11InputEventTranslator::bottomLeft(pointer_, rootHeight_);

@@ -9,7 +9,7 @@
 #include <optional>
 
 #include "platform/Event.h"
-#include "platform/x11/InputHandlerList.h"
+#include "platform/HandlerList.h"
 #include "platform/x11/X11InputEventSource.h"
 #include "platform/x11/X11InputEventTranslator.h"
 #include "platform/x11/X11KeyboardLayouts.h"
@@ -55,13 +55,13 @@ class X11RawInput {
     void updateSelection();
     void handleRawMotion(xcb_timestamp_t time);
     void queryPointer();
-    void takePointerReply(xcb_query_pointer_reply_t* reply);
+    void takePointerReply(Reply<xcb_query_pointer_reply_t> reply);
     void deliver(const Event& event);
 
     X11InputEventSource& source_;
     std::uint8_t opcode_;
     X11InputEventTranslator translator_;
-    InputHandlerList<const Event&> listeners_;
+    HandlerList<const Event&> listeners_;
     std::map<std::uint64_t, EventMask> masks_;
     bool motionSelected_ = false;
     double rootHeight_;

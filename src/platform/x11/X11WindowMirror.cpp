@@ -3,7 +3,6 @@
 #include <xcb/res.h>
 
 #include <algorithm>
-#include <cstdlib>
 #include <memory>
 #include <unordered_set>
 
@@ -34,16 +33,10 @@ bool resourceExtensionAnswersPids(xcb_connection_t* connection) {
     const auto* extension = xcb_get_extension_data(connection, &xcb_res_id);
     if (!extension || !extension->present)
         return false;
-    xcb_generic_error_t* error = nullptr;
-    auto* version =
-        xcb_res_query_version_reply(connection, xcb_res_query_version(connection, 1, 2), &error);
-    std::free(error);
-    if (!version)
-        return false;
-    const bool answers =
-        version->server_major > 1 || (version->server_major == 1 && version->server_minor >= 2);
-    std::free(version);
-    return answers;
+    const auto version = awaitReply(connection, xcb_res_query_version_reply,
+                                    xcb_res_query_version(connection, 1, 2));
+    return version && (version->server_major > 1 ||
+                       (version->server_major == 1 && version->server_minor >= 2));
 }
 
 }  // namespace
@@ -239,13 +232,9 @@ void X11WindowMirror::handleDestroy(xcb_window_t window) {
 
 std::optional<std::vector<xcb_window_t>> X11WindowMirror::readRootWindows(xcb_atom_t atom) {
     auto* c = connection_.connection();
-    xcb_generic_error_t* error = nullptr;
-    std::unique_ptr<xcb_get_property_reply_t, decltype(&std::free)> reply(
-        xcb_get_property_reply(
-            c, xcb_get_property(c, 0, connection_.root(), atom, XCB_ATOM_WINDOW, 0, maxListLength),
-            &error),
-        &std::free);
-    std::free(error);
+    const auto reply = awaitReply(
+        c, xcb_get_property_reply,
+        xcb_get_property(c, 0, connection_.root(), atom, XCB_ATOM_WINDOW, 0, maxListLength));
     if (!reply || reply->type != XCB_ATOM_WINDOW || reply->format != 32)
         return std::nullopt;
     const auto* data = static_cast<const xcb_window_t*>(xcb_get_property_value(reply.get()));
@@ -328,15 +317,10 @@ void X11WindowMirror::syncWindowManagerCheck() {
     const xcb_window_t candidate = check->front();
     // A window manager proves itself by naming the same window on it; a
     // stale root property left by one that died names a window that is gone.
-    xcb_generic_error_t* error = nullptr;
-    std::unique_ptr<xcb_get_property_reply_t, decltype(&std::free)> reply(
-        xcb_get_property_reply(
-            c,
-            xcb_get_property(c, 0, candidate, connection_.ewmh()._NET_SUPPORTING_WM_CHECK,
-                             XCB_ATOM_WINDOW, 0, 1),
-            &error),
-        &std::free);
-    std::free(error);
+    const auto reply =
+        awaitReply(c, xcb_get_property_reply,
+                   xcb_get_property(c, 0, candidate, connection_.ewmh()._NET_SUPPORTING_WM_CHECK,
+                                    XCB_ATOM_WINDOW, 0, 1));
     if (!reply || xcb_get_property_value_length(reply.get()) != 4)
         return;
     if (*static_cast<const xcb_window_t*>(xcb_get_property_value(reply.get())) != candidate)

@@ -3,11 +3,12 @@
 #include <sys/types.h>
 #include <xcb/xcb.h>
 
-#include <algorithm>
+#include <functional>
 #include <optional>
 #include <unordered_map>
 #include <vector>
 
+#include "platform/HandlerList.h"
 #include "platform/x11/X11Connection.h"
 #include "platform/x11/X11WindowState.h"
 
@@ -28,13 +29,16 @@ class X11WindowMirrorListener {
 };
 
 // Tells a first listener, then each further one in the order they were
-// added, of the mirror's changes.
+// added, of the mirror's changes. A listener removed while they are told
+// hears no more of that change.
 class X11WindowMirrorListeners final : public X11WindowMirrorListener {
   public:
-    explicit X11WindowMirrorListeners(X11WindowMirrorListener& first) : listeners_{&first} {}
+    explicit X11WindowMirrorListeners(X11WindowMirrorListener& first) { add(first); }
 
-    void add(X11WindowMirrorListener& listener) { listeners_.push_back(&listener); }
-    void remove(X11WindowMirrorListener& listener) { std::erase(listeners_, &listener); }
+    Token add(X11WindowMirrorListener& listener) {
+        return listeners_.add([&listener](const Tell& tell) { tell(listener); });
+    }
+    void remove(Token listener) { listeners_.remove(listener); }
 
     void windowJoined(xcb_window_t window, pid_t pid) override {
         tell([&](auto& listener) { listener.windowJoined(window, pid); });
@@ -56,17 +60,11 @@ class X11WindowMirrorListeners final : public X11WindowMirrorListener {
     }
 
   private:
-    template <typename Call>
-    void tell(const Call& call) {
-        // A listener may remove itself while it is told.
-        const auto listeners = listeners_;
-        for (auto* listener : listeners) {
-            if (std::find(listeners_.begin(), listeners_.end(), listener) != listeners_.end())
-                call(*listener);
-        }
-    }
+    using Tell = std::function<void(X11WindowMirrorListener&)>;
 
-    std::vector<X11WindowMirrorListener*> listeners_;
+    void tell(const Tell& tell) { listeners_.call(tell); }
+
+    HandlerList<const Tell&> listeners_;
 };
 
 // The managed windows as the window manager publishes them, held in memory

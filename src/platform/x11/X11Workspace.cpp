@@ -21,14 +21,17 @@ X11Workspace::X11Workspace(Parts parts)
     own_ = std::make_shared<xdg::XdgRunningApplication>(::getpid(), identities_.ownIdentity());
     addRunningAtStart();
     startFileManagerIfNeeded();
-    accessibility_.addWindowListener(*this);
+    windowListener_ = accessibility_.addWindowListener(*this);
+    // The tracker, made on the source before, has read the new active window
+    // by the time this handler hears the change: handlers are called in the
+    // order they were added.
     inputHandler_ = input_.addEventHandler([this](const xcb_generic_event_t& event) {
         if ((event.response_type & 0x7f) != XCB_PROPERTY_NOTIFY)
             return;
         const auto& notify = reinterpret_cast<const xcb_property_notify_event_t&>(event);
         if (notify.window == input_.root() &&
             notify.atom == input_.connection().ewmh()._NET_ACTIVE_WINDOW) {
-            updateFrontmostSoon();
+            updateFrontmost();
         }
     });
     updateFrontmost();
@@ -36,7 +39,7 @@ X11Workspace::X11Workspace(Parts parts)
 
 X11Workspace::~X11Workspace() {
     input_.removeEventHandler(inputHandler_);
-    accessibility_.removeWindowListener(*this);
+    accessibility_.removeWindowListener(windowListener_);
 }
 
 void X11Workspace::addRunningAtStart() {
@@ -107,14 +110,21 @@ void X11Workspace::terminated(const Application& application) {
     updateFrontmost();
 }
 
+X11Workspace::Application X11Workspace::applicationOf(pid_t pid, xcb_window_t window) {
+    if (auto known = find(pid))
+        return known;
+    if (pid <= 0 || !xdg::isProcessAlive(pid))
+        return nullptr;
+    const auto application = std::make_shared<xdg::XdgRunningApplication>(
+        pid, identities_.identityOf(pid, windowClassOf(window)));
+    add(application);
+    post(WorkspaceNotification::didLaunchApplication, application);
+    return application;
+}
+
 void X11Workspace::windowJoined(xcb_window_t window, pid_t pid) {
-    if (pid > 0 && !find(pid) && xdg::isProcessAlive(pid)) {
-        const auto application = std::make_shared<xdg::XdgRunningApplication>(
-            pid, identities_.identityOf(pid, windowClassOf(window)));
-        add(application);
-        post(WorkspaceNotification::didLaunchApplication, application);
-    }
-    // The active window may have been announced before the window was known.
+    applicationOf(pid, window);
+    // The active window may have been announced before its owner was known.
     if (window == activeWindow_.activeWindow())
         updateFrontmost();
 }
@@ -157,35 +167,11 @@ void X11Workspace::removeObserver(Token observer, WorkspaceNotification name) {
 }
 
 void X11Workspace::post(WorkspaceNotification name, RunningApplicationRef application) {
-    loop_.post([this, alive = std::weak_ptr<bool>(alive_), name, application] {
-        if (!alive.expired())
-            observers_.notify(name, application);
-    });
+    observers_.post(loop_, name, std::move(application));
 }
 
 Subscription X11Workspace::observeFrontmostApplication(bool initial, FrontmostHandler handler) {
-    const auto id = ++lastFrontmostObserverId_;
-    frontmostObservers_.emplace(id, handler);
-    if (initial)
-        handler(frontmost_);
-    return Subscription([this, alive = std::weak_ptr<bool>(alive_), id] {
-        if (!alive.expired())
-            frontmostObservers_.erase(id);
-    });
-}
-
-void X11Workspace::updateFrontmostSoon() {
-    // After the tracker has read the new active window, whichever of us
-    // hears the event first.
-    if (frontmostUpdatePosted_)
-        return;
-    frontmostUpdatePosted_ = true;
-    loop_.post([this, alive = std::weak_ptr<bool>(alive_)] {
-        if (alive.expired())
-            return;
-        frontmostUpdatePosted_ = false;
-        updateFrontmost();
-    });
+    return observers_.observeFrontmost(initial, frontmost_, std::move(handler));
 }
 
 void X11Workspace::updateFrontmost() {
@@ -195,15 +181,15 @@ void X11Workspace::updateFrontmost() {
         const auto* state = accessibility_.windowMirror().window(window);
         pid = state && state->pid > 0 ? state->pid : activeWindow_.activeProcess().value_or(0);
     }
-    RunningApplicationRef frontmost = pid > 0 ? find(pid) : nullptr;
+    // The active window's owner becomes known here if the window mirror,
+    // on its own connection, hasn't told of the window yet: the frontmost
+    // application then follows the order of the events on this connection,
+    // where the key presses that read it come too.
+    RunningApplicationRef frontmost = pid > 0 ? applicationOf(pid, window) : nullptr;
     if (frontmost == frontmost_)
         return;
     frontmost_ = std::move(frontmost);
-    const auto observers = frontmostObservers_;
-    for (const auto& [id, handler] : observers) {
-        if (frontmostObservers_.contains(id))
-            handler(frontmost_);
-    }
+    observers_.frontmostChanged(frontmost_);
 }
 
 }  // namespace platform::x11

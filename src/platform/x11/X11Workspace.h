@@ -70,6 +70,9 @@ class X11Workspace final : public Workspace, private X11WindowMirrorListener {
     void addRunningAtStart();
     void startFileManagerIfNeeded();
     Application find(pid_t pid) const;
+    // The application of the process, made known and announced when it is
+    // new; nothing for a process that is gone.
+    Application applicationOf(pid_t pid, xcb_window_t window);
     void add(const Application& application);
     void terminated(const Application& application);
     std::optional<xdg::WindowClass> windowClassOf(xcb_window_t window);
@@ -79,7 +82,6 @@ class X11Workspace final : public Workspace, private X11WindowMirrorListener {
     // The owner of the active window, as far as it is one of ours; observers
     // hear of a change.
     void updateFrontmost();
-    void updateFrontmostSoon();
 
     void windowJoined(xcb_window_t window, pid_t pid) override;
     void windowLeft(xcb_window_t window, pid_t pid) override;
@@ -101,14 +103,10 @@ class X11Workspace final : public Workspace, private X11WindowMirrorListener {
     std::unordered_map<pid_t, Application> byProcess_;
     Application own_;
     RunningApplicationRef frontmost_;
-    bool frontmostUpdatePosted_ = false;
 
     WorkspaceObservers observers_;
-    std::uint64_t lastFrontmostObserverId_ = 0;
-    std::map<std::uint64_t, FrontmostHandler> frontmostObservers_;
     Token inputHandler_;
-    // Lets tasks posted to the loop know whether this object still exists.
-    std::shared_ptr<bool> alive_ = std::make_shared<bool>(true);
+    Token windowListener_;
 };
 
 }  // namespace platform::x11

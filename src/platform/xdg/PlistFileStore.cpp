@@ -274,7 +274,7 @@ void PlistFileStore::reloadAfterOutsideChange() {
     }
     // Already on the main loop: the watch runs there.
     if (changed)
-        changed_->emit();
+        changed_.emit();
 }
 
 std::optional<PropertyList> PlistFileStore::objectForKey(const std::string& key) const {
@@ -309,14 +309,11 @@ PropertyList::Dictionary PlistFileStore::dictionaryRepresentation() const {
 }
 
 Subscription PlistFileStore::observeChanges(std::function<void()> handler) {
-    return changed_->connect(std::move(handler));
+    return changed_.connect(std::move(handler));
 }
 
 void PlistFileStore::announceChangeLater() {
-    loop_.post([weakSignal = std::weak_ptr<quillbox::Signal<>>(changed_)] {
-        if (auto signal = weakSignal.lock())
-            signal->emit();
-    });
+    loop_.post(lifetime_.guard([this] { changed_.emit(); }));
 }
 
 // Called with the mutex held. A reader sees the old file or the new one,

@@ -11,6 +11,7 @@
 #include <string>
 #include <string_view>
 
+#include "platform/LifetimeGuard.h"
 #include "platform/MainLoop.h"
 #include "platform/PreferencesStore.h"
 #include "support/Signal.h"
@@ -81,7 +82,8 @@ class PlistFileStore final : public PreferencesStore {
     bool saving_ = true;
     int inotifyDescriptor_ = -1;
     Token watch_;
-    std::shared_ptr<quillbox::Signal<>> changed_ = std::make_shared<quillbox::Signal<>>();
+    quillbox::Signal<> changed_;
+    LifetimeGuard lifetime_;
 };
 
 }  // namespace platform::xdg

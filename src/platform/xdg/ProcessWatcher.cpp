@@ -35,10 +35,7 @@ bool ProcessWatcher::watch(pid_t pid, Handler onExit) {
 
     auto& watch = watches_[pid] = Watch{generation, descriptor, {}, std::move(onExit)};
     if (descriptor < 0) {
-        loop_.post([self = std::weak_ptr(self_), pid, generation] {
-            if (const auto watcher = self.lock())
-                (*watcher)->reportExit(pid, generation);
-        });
+        loop_.post(lifetime_.guard([this, pid, generation] { reportExit(pid, generation); }));
     } else {
         watch.loopWatch = loop_.watchFileDescriptor(
             descriptor, [this, pid, generation] { reportExit(pid, generation); });

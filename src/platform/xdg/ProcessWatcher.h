@@ -7,6 +7,7 @@
 #include <map>
 #include <memory>
 
+#include "platform/LifetimeGuard.h"
 #include "platform/MainLoop.h"
 
 namespace platform::xdg {
@@ -48,8 +49,8 @@ class ProcessWatcher {
     MainLoop& loop_;
     std::uint64_t lastGeneration_ = 0;
     std::map<pid_t, Watch> watches_;
-    // Posted reports hold this weakly: they may run after the watcher is gone.
-    std::shared_ptr<ProcessWatcher*> self_ = std::make_shared<ProcessWatcher*>(this);
+    // Posted reports may run after the watcher is gone.
+    LifetimeGuard lifetime_;
 };
 
 }  // namespace platform::xdg

@@ -24,29 +24,6 @@ class SimEventMonitorsTest : public ::testing::Test {
 
 }  // namespace
 
-TEST_F(SimEventMonitorsTest, TheMaskAndTheFrontmostApplicationDecideWhoHears) {
-    std::vector<std::string> heard;
-    monitors.addGlobalMonitor(keyDownAndFlags, [&](const Event& e) {
-        heard.push_back(e.type == EventType::keyDown ? "global key" : "global flags");
-    });
-    monitors.addLocalMonitor(keyDownAndFlags, [&](const Event& e) {
-        heard.push_back("local");
-        return std::optional<Event>(e);
-    });
-
-    monitors.keyDown(keycode::a);  // the file manager is frontmost
-    monitors.keyUp(keycode::a);
-    monitors.flagsChanged(modifier::shift, keycode::shift);
-    monitors.mouseMoved({10, 10});
-    desktop.application().activate();
-    monitors.keyDown(keycode::a);
-    desktop.workspace().setFrontmostApplication(desktop.workspace().runningApplications().back());
-    monitors.keyDown(keycode::a);
-
-    EXPECT_EQ(heard,
-              (std::vector<std::string>{"global key", "global flags", "local", "global key"}));
-}
-
 TEST_F(SimEventMonitorsTest, LocalHandlersMayChangeOrSwallowTheEvent) {
     desktop.application().activate();
     std::vector<KeyCode> secondSaw;
@@ -86,21 +63,4 @@ TEST_F(SimEventMonitorsTest, EventsCarryThePointerTheModifiersAndTheLoopsClock) 
 
     monitors.flagsChanged(0, keycode::option);
     EXPECT_EQ(monitors.modifierFlags(), 0u);
-}
-
-TEST_F(SimEventMonitorsTest, HandlersMayRemoveMonitorsWhileAnEventIsDelivered) {
-    std::vector<std::string> calls;
-    Token second;
-    auto first = monitors.addGlobalMonitor(keyDownAndFlags, [&](const Event&) {
-        calls.push_back("first");
-        monitors.removeMonitor(second);
-    });
-    second = monitors.addGlobalMonitor(keyDownAndFlags,
-                                       [&](const Event&) { calls.push_back("second"); });
-
-    monitors.keyDown(keycode::a);
-    EXPECT_EQ(calls, (std::vector<std::string>{"first"}));
-    monitors.removeMonitor(first);
-    monitors.removeMonitor(first);  // a second removal is harmless
-    EXPECT_EQ(monitors.globalMonitorCount(), 0u);
 }

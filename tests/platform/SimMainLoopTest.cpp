@@ -1,10 +1,13 @@
 #include <gtest/gtest.h>
-#include <unistd.h>
 
 #include <string>
 #include <vector>
 
 #include "platform/sim/SimMainLoop.h"
+
+// What the simulated loop adds to the promises every loop keeps (the main
+// loop tests of the views run those on both): turns the test takes one at a
+// time, and a clock that moves only when told.
 
 using platform::sim::SimMainLoop;
 
@@ -43,28 +46,4 @@ TEST(SimMainLoop, TimersFireInDueOrderAsTheClockAdvances) {
     EXPECT_EQ(fired.back(), "half");
     EXPECT_EQ(loop.pendingTimerCount(), 0u);
     loop.cancel(cancelled);  // cancelling twice is harmless
-}
-
-TEST(SimMainLoop, WatchedDescriptorsRunTheirHandlerWhenReadable) {
-    SimMainLoop loop;
-    int fds[2];
-    ASSERT_EQ(::pipe(fds), 0);
-    int reads = 0;
-    auto watch = loop.watchFileDescriptor(fds[0], [&] {
-        char buffer[16];
-        if (::read(fds[0], buffer, sizeof buffer) > 0)
-            ++reads;
-    });
-    loop.runUntilIdle();
-    EXPECT_EQ(reads, 0);
-
-    ASSERT_EQ(::write(fds[1], "x", 1), 1);
-    EXPECT_TRUE(loop.runUntil([&] { return reads == 1; }));
-
-    loop.unwatch(watch);
-    ASSERT_EQ(::write(fds[1], "y", 1), 1);
-    loop.runUntilIdle();
-    EXPECT_EQ(reads, 1);
-    ::close(fds[0]);
-    ::close(fds[1]);
 }

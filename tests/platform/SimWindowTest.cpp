@@ -1,47 +1,10 @@
 #include <gtest/gtest.h>
 
-#include <vector>
-
 #include "platform/sim/SimToolkit.h"
 #include "platform/sim/SimWindow.h"
 
 using namespace platform;
 using platform::sim::SimToolkit;
-
-namespace {
-
-struct RecordingDelegate : WindowDelegate {
-    void windowWillClose(Window* window) override {
-        closed.push_back(window);
-        wasVisibleWhenTold = window && window->isVisible();
-    }
-    std::vector<Window*> closed;
-    bool wasVisibleWhenTold = false;
-};
-
-}  // namespace
-
-TEST(SimWindow, CloseTellsTheDelegateOnceBeforeHiding) {
-    SimToolkit toolkit;
-    auto window = toolkit.makeWindow(windowStyle::titled | windowStyle::closable);
-    RecordingDelegate delegate;
-    window->setDelegate(&delegate);
-
-    window->close();  // never shown: nothing to close
-    EXPECT_TRUE(delegate.closed.empty());
-
-    window->makeKeyAndOrderFront();
-    window->close();
-    window->close();
-    ASSERT_EQ(delegate.closed.size(), 1u);
-    EXPECT_EQ(delegate.closed.front(), window.get());
-    EXPECT_TRUE(delegate.wasVisibleWhenTold);
-    EXPECT_FALSE(window->isVisible());
-
-    window->orderFront();  // a closed window can be shown again and closed again
-    window->close();
-    EXPECT_EQ(delegate.closed.size(), 2u);
-}
 
 TEST(SimWindow, OneWindowIsKeyAtATimeAndOrderingFrontDoesNotTakeKey) {
     SimToolkit toolkit;

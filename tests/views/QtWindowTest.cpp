@@ -53,14 +53,14 @@ TEST(ScreenCoordinates, ConvertsBetweenTopLeftPixelsAndBottomLeftPoints) {
     EXPECT_EQ(shifted.toBottomLeft(QRect(200, 700, 10, 100)), (CGRect{{0, 0}, {10, 100}}));
 }
 
-TEST(QtWindow, FrameFollowsTheContentAndIsPlacedInBottomLeftPoints) {
+// What the windows of every toolkit promise, the window tests check on Qt's
+// and the simulated ones; these are the widgets' own.
+
+TEST(QtWindow, TheWidgetSitsWhereTheBottomLeftFrameSaysAndFollowsItsContent) {
     QtToolkit toolkit;
     auto panel = toolkit.makePanel();
     panel->setContentView(contentOfSize(200, 100));
-    EXPECT_EQ(panel->frame().size, (CGSize{200, 100}));
-
     panel->setFrameOrigin({100, 50});
-    EXPECT_EQ(panel->frame().origin, (CGPoint{100, 50}));
     auto* widget = static_cast<QtWindow&>(*panel).widget();
     EXPECT_EQ(widget->pos(), QPoint(100, primaryScreenHeight() - 50 - 100));
 
@@ -68,36 +68,24 @@ TEST(QtWindow, FrameFollowsTheContentAndIsPlacedInBottomLeftPoints) {
     EXPECT_EQ(panel->frame().size, (CGSize{300, 40}));
 }
 
-TEST(QtWindow, AlphaIsKeptExactlyAndReachesTheWidget) {
+TEST(QtWindow, TheWidgetShowsTheAlphaAsFarAsItCan) {
     QtToolkit toolkit;
     auto window = toolkit.makePanel();
     window->setAlphaValue(0.004);
-    EXPECT_DOUBLE_EQ(window->alphaValue(), 0.004);
     EXPECT_NEAR(static_cast<QtWindow&>(*window).widget()->windowOpacity(), 0.004, 1.0 / 255);
     window->setAlphaValue(-0.5);
-    EXPECT_DOUBLE_EQ(window->alphaValue(), -0.5);
     EXPECT_DOUBLE_EQ(static_cast<QtWindow&>(*window).widget()->windowOpacity(), 0.0);
 }
 
-TEST(QtWindow, EveryCloseTellsTheDelegateOnceAndHides) {
+TEST(QtWindow, TheWindowManagersCloseButtonTellsTheDelegateToo) {
     QtToolkit toolkit;
     auto window = toolkit.makeWindow(4099);
     window->setContentView(contentOfSize(50, 50));
     RecordingDelegate delegate;
     window->setDelegate(&delegate);
-
-    window->close();  // never shown
     WindowController(window).showWindow();
-    EXPECT_TRUE(window->isVisible());
-    window->close();
-    window->close();
-    EXPECT_EQ(delegate.closed.size(), 1u);
-    EXPECT_FALSE(window->isVisible());
-
-    // The window manager's close button takes the same way.
-    window->makeKeyAndOrderFront();
     static_cast<QtWindow&>(*window).widget()->close();
-    EXPECT_EQ(delegate.closed.size(), 2u);
+    EXPECT_EQ(delegate.closed.size(), 1u);
     EXPECT_FALSE(window->isVisible());
 }
 
@@ -121,18 +109,12 @@ TEST(QtWindow, StyleAndLevelBecomeWindowFlags) {
         windowFlagsFor(false, windowStyle::borderless, 0).testFlag(Qt::FramelessWindowHint));
 }
 
-TEST(QtWindow, RestylingAShownWindowKeepsItShownWhereItWas) {
+TEST(QtWindow, RestylingAShownWindowGivesItsWidgetTheNewFlags) {
     QtToolkit toolkit;
     auto window = toolkit.makeWindow(windowStyle::titled);
     window->setContentView(contentOfSize(80, 60));
-    window->setFrameOrigin({40, 30});
     window->orderFront();
-
     window->setLevel(windowLevel::floating);
-    window->setStyleMask(windowStyle::titled | windowStyle::closable);
-    EXPECT_TRUE(window->isVisible());
-    EXPECT_EQ(window->level(), windowLevel::floating);
-    EXPECT_EQ(window->frame().origin, (CGPoint{40, 30}));
     EXPECT_TRUE(
         static_cast<QtWindow&>(*window).widget()->windowFlags().testFlag(Qt::WindowStaysOnTopHint));
 }

@@ -48,35 +48,6 @@ class X11EventMonitorsTest : public InputBackendTest {
     std::vector<Event> seen;
 };
 
-TEST_F(X11EventMonitorsTest, ModifierKeysMakeFlagsChangedEvents) {
-    ASSERT_TRUE(recordGlobally(keyboardMask));
-    input->press(controlKey);
-    input->press(altKey);
-    input->press(shiftKey);
-    input->sync();
-    ASSERT_TRUE(waitForEvents(3));
-    ASSERT_EQ(seen.size(), 3u);
-    for (const Event& event : seen)
-        EXPECT_EQ(event.type, EventType::flagsChanged);
-    EXPECT_EQ(seen[0].modifierFlags, 0x40000u);
-    EXPECT_EQ(seen[1].modifierFlags, 0xC0000u);
-    EXPECT_EQ(seen[2].modifierFlags, 0xE0000u);
-    EXPECT_EQ(seen[0].keyCode, platform::keycode::control);
-    EXPECT_EQ(seen[1].keyCode, platform::keycode::option);
-    EXPECT_EQ(seen[2].keyCode, platform::keycode::shift);
-    EXPECT_FALSE(seen[2].characters);
-    EXPECT_EQ(monitors->modifierFlags(), 0xE0000u);
-
-    input->release(shiftKey);
-    input->release(altKey);
-    input->release(controlKey);
-    input->sync();
-    ASSERT_TRUE(waitForEvents(6));
-    EXPECT_EQ(seen[3].modifierFlags, 0xC0000u);
-    EXPECT_EQ(seen[5].modifierFlags, 0u);
-    EXPECT_EQ(monitors->modifierFlags(), 0u);
-}
-
 TEST_F(X11EventMonitorsTest, KeysCarryTheirCharactersUnderTheModifiersAndCapsLock) {
     ASSERT_TRUE(recordGlobally(keyboardMask));
     input->tap(aKey);
@@ -114,43 +85,6 @@ TEST_F(X11EventMonitorsTest, KeysCarryTheirCharactersUnderTheModifiersAndCapsLoc
     EXPECT_EQ(seen[10].modifierFlags, modifier::capsLock);
     EXPECT_EQ(seen[11].characters, "A");
     EXPECT_EQ(seen[13].modifierFlags, 0u);
-}
-
-TEST_F(X11EventMonitorsTest, MouseMovesComeInBottomLeftPointsToMouseMonitorsOnly) {
-    input->movePointer(640, 100);
-    input->sync();
-    EXPECT_EQ(monitors->mouseLocation(), (platform::CGPoint{640, 700})) << "without a monitor";
-
-    int keyboardHeard = 0;
-    monitors->addGlobalMonitor(keyboardMask, [&](const Event&) { ++keyboardHeard; });
-    ASSERT_TRUE(recordGlobally(mouseMovedMask));
-    for (const auto& [x, y, expected] : {std::tuple{100, 200, platform::CGPoint{100, 600}},
-                                         std::tuple{1279, 0, platform::CGPoint{1279, 800}}}) {
-        input->movePointer(x, y);
-        input->sync();
-        ASSERT_TRUE(
-            waitFor([&] { return !seen.empty() && seen.back().locationInScreen == expected; }));
-        EXPECT_EQ(seen.back().type, EventType::mouseMoved);
-        EXPECT_EQ(monitors->mouseLocation(), expected);
-    }
-    EXPECT_EQ(keyboardHeard, 0);
-}
-
-TEST_F(X11EventMonitorsTest, AMonitorMayRemoveItselfWhileCalled) {
-    int calls = 0;
-    platform::Token self;
-    self = monitors->addGlobalMonitor(keyboardMask, [&](const Event&) {
-        ++calls;
-        monitors->removeMonitor(self);
-    });
-    int laterCalls = 0;
-    recordGlobally(keyboardMask);
-    monitors->addGlobalMonitor(keyboardMask, [&](const Event&) { ++laterCalls; });
-    input->tap(aKey);
-    input->sync();
-    ASSERT_TRUE(waitForEvents(2));
-    EXPECT_EQ(calls, 1);
-    EXPECT_EQ(laterCalls, 2);
 }
 
 TEST_F(X11EventMonitorsTest, TheEventTapHearsEverythingWhoeverIsActive) {

@@ -1,5 +1,5 @@
-// Chord to panel: the real program on the current display, 200 presses of
-// Control+Alt+Shift through the server's test extension, each timed from the
+// Chord to panel: the real program on the current display, presses of
+// Control+Alt+Shift through the server's test extension (200, or --presses N), each timed from the
 // press that completes the chord to the panel's window being mapped, and to
 // its first repaint after that; Escape puts it away between presses. Prints
 // the median and the 99th percentile of both.
@@ -12,10 +12,10 @@
 #include <cstdio>
 #include <cstdlib>
 #include <string>
-#include <thread>
 #include <vector>
 
 #include "DesktopDriver.h"
+#include "HarnessOptions.h"
 #include "RunningProgram.h"
 
 namespace {
@@ -62,13 +62,9 @@ class RepaintWatch {
 
     // Waits for the next drawing; false when none came within the time.
     bool waitForRepaint(double seconds) {
-        const auto deadline = Clock::now() + std::chrono::duration<double>(seconds);
-        while (Clock::now() < deadline) {
-            xcb_generic_event_t* event = xcb_poll_for_event(connection_);
-            if (!event) {
-                std::this_thread::sleep_for(std::chrono::microseconds(50));
-                continue;
-            }
+        const auto deadline = Clock::now() + std::chrono::duration_cast<Clock::duration>(
+                                                 std::chrono::duration<double>(seconds));
+        while (auto* event = e2e::nextEvent(connection_, deadline)) {
             const bool painted = (event->response_type & 0x7f) == notifyEvent_;
             std::free(event);
             if (painted)
@@ -85,7 +81,8 @@ class RepaintWatch {
 
 }  // namespace
 
-int main() {
+int main(int argc, char** argv) {
+    const long presses = bench::option(argc, argv, "presses", 200);
     const e2e::PrivateFolders folders;
     e2e::Desktop desktop;
     e2e::RunningProgram tarnwick(e2e::tarnwickExecutable(), {});
@@ -106,7 +103,7 @@ int main() {
 
     std::vector<double> toMapped;
     std::vector<double> toPainted;
-    for (int press = 0; press < 200; ++press) {
+    for (long press = 0; press < presses; ++press) {
         desktop.key(e2e::escapeKey, true);
         desktop.key(e2e::escapeKey, false);
         if (!desktop.waitForMapping(*panel, false, 2))

@@ -4,4 +4,4 @@
 # scripts/virtual-desktop.sh.
 pkg_check_modules(BENCH_WORKSPACE_XCB REQUIRED IMPORTED_TARGET xcb)
 tarnwick_benchmark(X11WorkspaceBenchmarks LIBS platform_x11 platform_sim
-                   PkgConfig::BENCH_WORKSPACE_XCB)
+                   PkgConfig::BENCH_WORKSPACE_XCB SMOKE ${TARNWICK_BENCH_SMOKE_FEW_WINDOWS})

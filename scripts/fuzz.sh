@@ -4,9 +4,8 @@
 set -euo pipefail
 cd "$(dirname "$0")/.."
 seconds=${1:-20}
-CXX=clang++ cmake -S . -B build-fuzz -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo \
-  -DTARNWICK_BUILD_FUZZERS=ON -DTARNWICK_BUILD_TESTS=OFF -DTARNWICK_BUILD_BENCHMARKS=OFF >/dev/null
-cmake --build build-fuzz --target fuzzers -j"$(nproc)"
+CXX=clang++ scripts/build.sh build-fuzz -DTARNWICK_BUILD_FUZZERS=ON -DTARNWICK_BUILD_TESTS=OFF \
+  -DTARNWICK_BUILD_BENCHMARKS=OFF --target fuzzers
 
 status=0
 for fuzzer in build-fuzz/fuzz/*Fuzzer; do

@@ -1,32 +1,79 @@
 #!/usr/bin/env bash
-# Builds Tarnwick and runs every test: unit and scenario tests, the X11 and
-# end-to-end tests on a virtual desktop of their own, the unit tests again
-# under AddressSanitizer and UndefinedBehaviorSanitizer, the tests that share
-# objects between threads under ThreadSanitizer, and a short run of each fuzz
-# target.
+# Builds Tarnwick and runs every check, stage by stage; stops at the first
+# stage that fails and prints how long each stage took.
+#   rules      layering and formatting (scripts/check-rules.sh)
+#   sanitized  one tree under AddressSanitizer and UndefinedBehaviorSanitizer,
+#              and every test in it (unit, views, X11, end-to-end) on a
+#              virtual desktop of its own
+#   optimised  the program and the benchmarks as they ship, each benchmark
+#              run briefly so that none rots
+#   threads    the tests of objects shared between threads, repeated under
+#              ThreadSanitizer
+#   fuzz       a short run of each fuzz target
+# The long soak stays out; run it with
+#   scripts/virtual-desktop.sh ctest --test-dir build-release -L soak
 set -euo pipefail
 cd "$(dirname "$0")/.."
-scripts/setup.sh
 
-scripts/build.sh build
-scripts/virtual-desktop.sh ctest --test-dir build --output-on-failure -j"$(nproc)" --timeout 300
+# Compiled for finding faults, not for speed: light optimisation, line
+# tables only.
+sanitizer_flags=(-DCMAKE_BUILD_TYPE=RelWithDebInfo "-DCMAKE_CXX_FLAGS_RELWITHDEBINFO=-O1 -g1 -DNDEBUG")
+threaded_suites=(platform_tests support_tests shortcuts_tests)
 
-if [ "${TARNWICK_SKIP_SANITIZERS:-0}" != 1 ]; then
-  scripts/build.sh build-asan -DTARNWICK_SANITIZE=ON -DTARNWICK_BUILD_BENCHMARKS=OFF
+rules() {
+  scripts/check-rules.sh
+}
+
+sanitized() {
+  scripts/build.sh build-asan -DTARNWICK_SANITIZE=ON -DTARNWICK_BUILD_BENCHMARKS=OFF \
+    "${sanitizer_flags[@]}"
   ASAN_OPTIONS=detect_leaks=0 UBSAN_OPTIONS=print_stacktrace=1 \
-    ctest --test-dir build-asan --output-on-failure -j"$(nproc)" -L unit --timeout 300
+    scripts/virtual-desktop.sh ctest --test-dir build-asan --output-on-failure -j"$(nproc)" \
+    -LE soak --timeout 300
+}
 
+optimised() {
+  scripts/build.sh build-release -DTARNWICK_BUILD_TESTS=OFF
+  scripts/virtual-desktop.sh ctest --test-dir build-release --output-on-failure -L bench
+}
+
+threads() {
+  scripts/build.sh build-tsan -DTARNWICK_SANITIZE_THREADS=ON -DTARNWICK_BUILD_BENCHMARKS=OFF \
+    "${sanitizer_flags[@]}" --target "${threaded_suites[@]}"
   # A race shows only now and then; repeating the threaded tests makes
   # ThreadSanitizer see one nearly every run.
-  cmake -S . -B build-tsan -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo -DTARNWICK_SANITIZE_THREADS=ON \
-    -DTARNWICK_BUILD_BENCHMARKS=OFF >/dev/null
-  cmake --build build-tsan -j"$(nproc)" --target support_tests shortcuts_tests
-  for suite in support_tests shortcuts_tests; do
+  for suite in "${threaded_suites[@]}"; do
     TSAN_OPTIONS=halt_on_error=1 "build-tsan/tests/$suite" --gtest_filter='*Thread*' \
       --gtest_repeat=20 --gtest_brief=1
   done
-fi
+}
 
-if [ "${TARNWICK_SKIP_FUZZERS:-0}" != 1 ]; then
+fuzz() {
   scripts/fuzz.sh 15
-fi
+}
+
+times=()
+started=$SECONDS
+print_times() {
+  local status=$?
+  echo
+  echo "stage times:"
+  for line in "${times[@]}"; do echo "  $line"; done
+  printf '  %-10s %3d:%02d%s\n' total $(((SECONDS - started) / 60)) $(((SECONDS - started) % 60)) \
+    "$([ $status -eq 0 ] || echo '  (failed)')"
+}
+trap print_times EXIT
+
+stage() {
+  local name=$1 began=$SECONDS
+  echo "== $name"
+  "$name"
+  times+=("$(printf '%-10s %3d:%02d' "$name" $(((SECONDS - began) / 60)) $(((SECONDS - began) % 60)))")
+}
+
+scripts/setup.sh
+stage rules
+stage sanitized
+stage optimised
+[ "${TARNWICK_SKIP_SANITIZERS:-0}" = 1 ] || stage threads
+[ "${TARNWICK_SKIP_FUZZERS:-0}" = 1 ] || stage fuzz

@@ -1,5 +1,6 @@
 #include "DesktopDriver.h"
 
+#include <poll.h>
 #include <xcb/xtest.h>
 
 #include <chrono>
@@ -31,6 +32,20 @@ bool eventually(const std::function<bool()>& condition, double seconds) {
         std::this_thread::sleep_for(std::chrono::milliseconds(20));
     }
     return condition();
+}
+
+xcb_generic_event_t* nextEvent(xcb_connection_t* connection,
+                               std::chrono::steady_clock::time_point deadline) {
+    for (;;) {
+        if (auto* event = xcb_poll_for_event(connection))
+            return event;
+        const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(
+            deadline - std::chrono::steady_clock::now());
+        if (left.count() <= 0 || xcb_connection_has_error(connection))
+            return nullptr;
+        pollfd socket{xcb_get_file_descriptor(connection), POLLIN, 0};
+        ::poll(&socket, 1, static_cast<int>(left.count()) + 1);
+    }
 }
 
 Desktop::Desktop() : connection_(xcb_connect(nullptr, nullptr)) {
@@ -162,14 +177,11 @@ void Desktop::watchMapping(xcb_window_t window) {
 }
 
 bool Desktop::waitForMapping(xcb_window_t window, bool mapped, double seconds) {
-    const auto deadline = std::chrono::steady_clock::now() + std::chrono::duration<double>(seconds);
+    const auto deadline = std::chrono::steady_clock::now() +
+                          std::chrono::duration_cast<std::chrono::steady_clock::duration>(
+                              std::chrono::duration<double>(seconds));
     const uint8_t wanted = mapped ? XCB_MAP_NOTIFY : XCB_UNMAP_NOTIFY;
-    while (std::chrono::steady_clock::now() < deadline) {
-        auto event = own(xcb_poll_for_event(connection_));
-        if (!event) {
-            std::this_thread::sleep_for(std::chrono::microseconds(50));
-            continue;
-        }
+    while (auto event = own(nextEvent(connection_, deadline))) {
         const bool seen =
             (event->response_type & 0x7f) == wanted &&
             (mapped ? reinterpret_cast<xcb_map_notify_event_t*>(event.get())->window

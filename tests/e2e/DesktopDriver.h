@@ -5,6 +5,7 @@
 #include <sys/types.h>
 #include <xcb/xcb.h>
 
+#include <chrono>
 #include <cstdint>
 #include <functional>
 #include <optional>
@@ -99,5 +100,10 @@ class Desktop {
 
 // Polls the condition until it holds or the time runs out.
 bool eventually(const std::function<bool()>& condition, double seconds = 5);
+
+// The connection's next event, waiting for the server to send one until the
+// deadline; null when none came. The caller frees it.
+xcb_generic_event_t* nextEvent(xcb_connection_t* connection,
+                               std::chrono::steady_clock::time_point deadline);
 
 }  // namespace e2e

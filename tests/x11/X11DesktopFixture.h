@@ -25,9 +25,18 @@ using platform::CFValue;
 
 // A test on the real desktop: the accessibility backend on its own X
 // connection, its events taken in by a main loop that the test runs.
+//
+// Such tests make windows come forward and read which one is active, on
+// the one display all tests share: their suites are named "...OnDesktop...",
+// and the test run gives the desktop to one of them at a time.
 class X11DesktopTest : public ::testing::Test {
   protected:
     void SetUp() override {
+        const std::string suite =
+            ::testing::UnitTest::GetInstance()->current_test_info()->test_suite_name();
+        ASSERT_NE(suite.find("OnDesktop"), std::string::npos)
+            << suite << " runs on the shared desktop: name it ...OnDesktop... so that it "
+            << "holds the desktop while it runs";
         if (!std::getenv("DISPLAY"))
             GTEST_SKIP() << "needs a display (scripts/virtual-desktop.sh)";
         ax = platform::x11::X11Accessibility::open(loop);

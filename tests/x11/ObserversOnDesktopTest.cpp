@@ -18,7 +18,7 @@ void record(const AXObserverRef&, const AXUIElementRef& element, const std::stri
     static_cast<std::vector<Heard>*>(refcon)->push_back({notification, element});
 }
 
-class X11ObserverTest : public X11DesktopTest {
+class ObserversOnDesktopTest : public X11DesktopTest {
   protected:
     AXObserverRef observe(pid_t pid) {
         AXObserverRef observer;
@@ -50,7 +50,7 @@ class X11ObserverTest : public X11DesktopTest {
     std::vector<Heard> heard;
 };
 
-TEST_F(X11ObserverTest, WindowLifeArrivesAsNotifications) {
+TEST_F(ObserversOnDesktopTest, WindowLifeArrivesAsNotifications) {
     TestClient client;
     client.create("first", "First");
     const auto first = windowTitled(client.pid(), "First");
@@ -84,7 +84,7 @@ TEST_F(X11ObserverTest, WindowLifeArrivesAsNotifications) {
     EXPECT_TRUE(hears("AXUIElementDestroyed", window));
 }
 
-TEST_F(X11ObserverTest, RegistrationsAnswerWithTheirCodes) {
+TEST_F(ObserversOnDesktopTest, RegistrationsAnswerWithTheirCodes) {
     TestClient client;
     client.create("window", "Subscribed");
     const auto window = windowTitled(client.pid(), "Subscribed");
@@ -113,7 +113,7 @@ TEST_F(X11ObserverTest, RegistrationsAnswerWithTheirCodes) {
               axError::invalidUIElement);
 }
 
-TEST_F(X11ObserverTest, NothingArrivesOnceTheSourceIsOffTheLoop) {
+TEST_F(ObserversOnDesktopTest, NothingArrivesOnceTheSourceIsOffTheLoop) {
     TestClient client;
     client.create("window", "Quiet");
     const auto window = windowTitled(client.pid(), "Quiet");

@@ -9,14 +9,14 @@ namespace {
 
 namespace axError = platform::axError;
 
-class X11AccessibilityActionTest : public X11DesktopTest {
+class AccessibilityActionsOnDesktopTest : public X11DesktopTest {
   protected:
     AXErrorCode press(const AXUIElementRef& window, const std::string& button) {
         return ax->performAction(elementOf(window, button), "AXPress");
     }
 };
 
-TEST_F(X11AccessibilityActionTest, PressingTheCloseButtonClosesTheWindow) {
+TEST_F(AccessibilityActionsOnDesktopTest, PressingTheCloseButtonClosesTheWindow) {
     TestClient client;
     client.create("keep", "Stays");
     client.create("close", "Goes");
@@ -28,7 +28,7 @@ TEST_F(X11AccessibilityActionTest, PressingTheCloseButtonClosesTheWindow) {
     EXPECT_EQ(titlesOf(client.pid()), std::vector<std::string>{"Stays"});
 }
 
-TEST_F(X11AccessibilityActionTest, TheMinimizeButtonAndTheAttributeIconifyAndRestore) {
+TEST_F(AccessibilityActionsOnDesktopTest, TheMinimizeButtonAndTheAttributeIconifyAndRestore) {
     TestClient client;
     client.create("window", "Folding");
     const auto window = windowTitled(client.pid(), "Folding");
@@ -46,7 +46,7 @@ TEST_F(X11AccessibilityActionTest, TheMinimizeButtonAndTheAttributeIconifyAndRes
     EXPECT_TRUE(eventually([&] { return flag(window, "AXMinimized"); }));
 }
 
-TEST_F(X11AccessibilityActionTest, ZoomButtonEntersFullScreenAndWritingFalseLeavesIt) {
+TEST_F(AccessibilityActionsOnDesktopTest, ZoomButtonEntersFullScreenAndWritingFalseLeavesIt) {
     TestClient client;
     client.create("window", "Growing");
     const auto window = windowTitled(client.pid(), "Growing");
@@ -66,7 +66,7 @@ TEST_F(X11AccessibilityActionTest, ZoomButtonEntersFullScreenAndWritingFalseLeav
     EXPECT_TRUE(eventually([&] { return !flag(window, "AXFullScreen"); }));
 }
 
-TEST_F(X11AccessibilityActionTest, RaiseAndFrontmostMakeTheWindowActiveAndMain) {
+TEST_F(AccessibilityActionsOnDesktopTest, RaiseAndFrontmostMakeTheWindowActiveAndMain) {
     TestClient client;
     TestClient other;
     client.create("one", "One");
@@ -97,7 +97,7 @@ TEST_F(X11AccessibilityActionTest, RaiseAndFrontmostMakeTheWindowActiveAndMain) 
     EXPECT_TRUE(eventually([&] { return flag(application, "AXFrontmost"); }));
 }
 
-TEST_F(X11AccessibilityActionTest, ARealTerminalIsListedAndClosesFromItsButton) {
+TEST_F(AccessibilityActionsOnDesktopTest, ARealTerminalIsListedAndClosesFromItsButton) {
     ChildProcess terminal({"xterm", "-T", "Tarnwick terminal", "-e", "sleep", "60"});
     const auto window = windowTitled(terminal.pid(), "Tarnwick terminal", 10);
     ASSERT_TRUE(window) << "xterm's window never appeared";

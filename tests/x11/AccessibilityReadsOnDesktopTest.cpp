@@ -9,9 +9,9 @@ namespace axError = platform::axError;
 using platform::AXValue;
 using platform::CGRect;
 
-class X11AccessibilityReadTest : public X11DesktopTest {};
+class AccessibilityReadsOnDesktopTest : public X11DesktopTest {};
 
-TEST_F(X11AccessibilityReadTest, ListsEachProcessItsOwnWindowsInClientListOrder) {
+TEST_F(AccessibilityReadsOnDesktopTest, ListsEachProcessItsOwnWindowsInClientListOrder) {
     TestClient client;
     TestClient other;
     client.create("first", "Alpha");
@@ -43,7 +43,8 @@ TEST_F(X11AccessibilityReadTest, ListsEachProcessItsOwnWindowsInClientListOrder)
     EXPECT_TRUE(windowTitled(other.pid(), "Gamma"));
 }
 
-TEST_F(X11AccessibilityReadTest, ButtonsAreChildrenAndVanishedUnknownAndEmptyGiveTheirCodes) {
+TEST_F(AccessibilityReadsOnDesktopTest,
+       ButtonsAreChildrenAndVanishedUnknownAndEmptyGiveTheirCodes) {
     TestClient client;
     client.create("window", "Short-lived");
     const auto window = windowTitled(client.pid(), "Short-lived");
@@ -91,7 +92,7 @@ TEST_F(X11AccessibilityReadTest, ButtonsAreChildrenAndVanishedUnknownAndEmptyGiv
         << "a process that doesn't run is no element";
 }
 
-TEST_F(X11AccessibilityReadTest, FrameIsInBottomLeftPointsAndFollowsMoves) {
+TEST_F(AccessibilityReadsOnDesktopTest, FrameIsInBottomLeftPointsAndFollowsMoves) {
     TestClient client;
     client.create("window", "Placed");
     const auto window = windowTitled(client.pid(), "Placed");
@@ -122,7 +123,7 @@ TEST_F(X11AccessibilityReadTest, FrameIsInBottomLeftPointsAndFollowsMoves) {
     EXPECT_TRUE(platform::CFEqual(hit, window));
 }
 
-TEST_F(X11AccessibilityReadTest, SeveralAttributesAtOnceAndSlicesOfLists) {
+TEST_F(AccessibilityReadsOnDesktopTest, SeveralAttributesAtOnceAndSlicesOfLists) {
     TestClient client;
     for (const char* name : {"a", "b", "c", "d"})
         client.create(name);

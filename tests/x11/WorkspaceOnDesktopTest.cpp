@@ -22,7 +22,7 @@ using platform::xdg::fixtures::DesktopEntryTestTree;
 
 // The workspace of the whole Linux backend on the virtual desktop, with
 // installed applications from a temporary tree.
-class X11WorkspaceTest : public X11DesktopTest {
+class WorkspaceOnDesktopTest : public X11DesktopTest {
   protected:
     void TearDown() override {
         desktop.reset();
@@ -67,7 +67,7 @@ class X11WorkspaceTest : public X11DesktopTest {
     std::vector<RunningApplicationRef> launched, terminated;
 };
 
-TEST_F(X11WorkspaceTest, ProcessesWithWindowsOrOfInstalledApplicationsRunAndSoDoWe) {
+TEST_F(WorkspaceOnDesktopTest, ProcessesWithWindowsOrOfInstalledApplicationsRunAndSoDoWe) {
     install("xterm.desktop", "XTerm", "xterm");
     // A program that starts a helper of itself, as multi-process
     // applications do; neither opens a window.
@@ -120,7 +120,7 @@ TEST_F(X11WorkspaceTest, ProcessesWithWindowsOrOfInstalledApplicationsRunAndSoDo
     EXPECT_FALSE(running(999999));
 }
 
-TEST_F(X11WorkspaceTest, AFirstWindowLaunchesAndTheProcessEndTerminates) {
+TEST_F(WorkspaceOnDesktopTest, AFirstWindowLaunchesAndTheProcessEndTerminates) {
     openDesktop();
     for (const auto name : {WorkspaceNotification::didLaunchApplication,
                             WorkspaceNotification::didTerminateApplication}) {
@@ -153,7 +153,7 @@ TEST_F(X11WorkspaceTest, AFirstWindowLaunchesAndTheProcessEndTerminates) {
     EXPECT_FALSE(isListed(application));
 }
 
-TEST_F(X11WorkspaceTest, TheFrontmostApplicationFollowsTheActiveWindow) {
+TEST_F(WorkspaceOnDesktopTest, TheFrontmostApplicationFollowsTheActiveWindow) {
     TestClient first;
     TestClient second;
     first.create("one", "Frontmost one");
@@ -183,7 +183,7 @@ TEST_F(X11WorkspaceTest, TheFrontmostApplicationFollowsTheActiveWindow) {
     EXPECT_EQ(told.size(), count) << "no word after cancelling";
 }
 
-TEST_F(X11WorkspaceTest, TheFileManagerIsStartedInItsBackgroundModeToPlayTheFinderOnce) {
+TEST_F(WorkspaceOnDesktopTest, TheFileManagerIsStartedInItsBackgroundModeToPlayTheFinderOnce) {
     // The file manager keeps one instance per user, found through a socket
     // in the runtime folder: a private folder keeps other desktops' file
     // managers out of this test.

@@ -86,5 +86,8 @@ FileViewer& fileViewer() {
 PreferencesStore& preferences() {
     return require(current.preferences, "preferences store");
 }
+PowerManagement& powerManagement() {
+    return require(current.powerManagement, "power management");
+}
 
 }  // namespace platform

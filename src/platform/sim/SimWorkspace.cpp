@@ -4,7 +4,7 @@
 
 namespace platform::sim {
 
-SimWorkspace::SimWorkspace(MainLoop& loop) : loop_(loop) {}
+SimWorkspace::SimWorkspace(MainLoop& loop) : ObservedWorkspace(loop) {}
 
 std::vector<RunningApplicationRef> SimWorkspace::runningApplications() const {
     return {running_.begin(), running_.end()};
@@ -16,18 +16,6 @@ RunningApplicationRef SimWorkspace::runningApplicationWithProcessIdentifier(pid_
             return app;
     }
     return nullptr;
-}
-
-Token SimWorkspace::addObserverForName(WorkspaceNotification name, NotificationHandler handler) {
-    return observers_.add(name, std::move(handler));
-}
-
-void SimWorkspace::removeObserver(Token observer, WorkspaceNotification name) {
-    observers_.remove(observer, name);
-}
-
-Subscription SimWorkspace::observeFrontmostApplication(bool initial, FrontmostHandler handler) {
-    return observers_.observeFrontmost(initial, frontmost_, std::move(handler));
 }
 
 std::shared_ptr<SimRunningApplication> SimWorkspace::addRunning(SimRunningApplication::Info info) {
@@ -54,8 +42,7 @@ void SimWorkspace::terminate(pid_t pid) {
 }
 
 void SimWorkspace::setFrontmostApplication(RunningApplicationRef app) {
-    frontmost_ = std::move(app);
-    observers_.frontmostChanged(frontmost_);
+    setFrontmost(std::move(app));
 }
 
 void SimWorkspace::setCurrentApplication(std::shared_ptr<SimRunningApplication> app) {
@@ -66,14 +53,6 @@ void SimWorkspace::setCurrentApplication(std::shared_ptr<SimRunningApplication> 
 
 void SimWorkspace::postNotificationWithoutApplication(WorkspaceNotification name) {
     post(name, nullptr);
-}
-
-std::size_t SimWorkspace::observerCount(WorkspaceNotification name) const {
-    return observers_.count(name);
-}
-
-void SimWorkspace::post(WorkspaceNotification name, RunningApplicationRef app) {
-    observers_.post(loop_, name, std::move(app));
 }
 
 }  // namespace platform::sim

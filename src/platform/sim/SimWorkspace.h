@@ -1,12 +1,10 @@
 #pragma once
 
-#include <map>
 #include <memory>
 #include <vector>
 
 #include "platform/MainLoop.h"
-#include "platform/Workspace.h"
-#include "platform/WorkspaceObservers.h"
+#include "platform/ObservedWorkspace.h"
 #include "platform/sim/SimRunningApplication.h"
 
 namespace platform::sim {
@@ -14,18 +12,13 @@ namespace platform::sim {
 // The simulated workspace: running applications in launch order, the
 // frontmost one, and the launch and termination notifications, delivered on
 // the main loop as the platform does.
-class SimWorkspace final : public Workspace {
+class SimWorkspace final : public ObservedWorkspace {
   public:
     explicit SimWorkspace(MainLoop& loop);
 
     std::vector<RunningApplicationRef> runningApplications() const override;
-    RunningApplicationRef frontmostApplication() const override { return frontmost_; }
     RunningApplicationRef currentApplication() const override { return current_; }
     RunningApplicationRef runningApplicationWithProcessIdentifier(pid_t pid) const override;
-
-    Token addObserverForName(WorkspaceNotification name, NotificationHandler handler) override;
-    void removeObserver(Token observer, WorkspaceNotification name) override;
-    Subscription observeFrontmostApplication(bool initial, FrontmostHandler handler) override;
 
     // Scripting. launch() and terminate() post their notification.
     std::shared_ptr<SimRunningApplication> launch(SimRunningApplication::Info info);
@@ -40,16 +33,9 @@ class SimWorkspace final : public Workspace {
     // Posts a notification whose information lacks the application.
     void postNotificationWithoutApplication(WorkspaceNotification name);
 
-    std::size_t observerCount(WorkspaceNotification name) const;
-
   private:
-    void post(WorkspaceNotification name, RunningApplicationRef app);
-
-    MainLoop& loop_;
     std::vector<std::shared_ptr<SimRunningApplication>> running_;
-    RunningApplicationRef frontmost_;
     std::shared_ptr<SimRunningApplication> current_;
-    WorkspaceObservers observers_;
 };
 
 }  // namespace platform::sim

@@ -11,7 +11,7 @@
 namespace platform::x11 {
 
 X11Workspace::X11Workspace(Parts parts)
-    : loop_(parts.loop),
+    : ObservedWorkspace(parts.loop),
       accessibility_(parts.accessibility),
       input_(parts.input),
       activeWindow_(parts.activeWindow),
@@ -158,22 +158,6 @@ std::optional<xdg::WindowClass> X11Workspace::windowClassOf(xcb_window_t window)
     return windowClass;
 }
 
-Token X11Workspace::addObserverForName(WorkspaceNotification name, NotificationHandler handler) {
-    return observers_.add(name, std::move(handler));
-}
-
-void X11Workspace::removeObserver(Token observer, WorkspaceNotification name) {
-    observers_.remove(observer, name);
-}
-
-void X11Workspace::post(WorkspaceNotification name, RunningApplicationRef application) {
-    observers_.post(loop_, name, std::move(application));
-}
-
-Subscription X11Workspace::observeFrontmostApplication(bool initial, FrontmostHandler handler) {
-    return observers_.observeFrontmost(initial, frontmost_, std::move(handler));
-}
-
 void X11Workspace::updateFrontmost() {
     const auto window = activeWindow_.activeWindow();
     pid_t pid = 0;
@@ -186,10 +170,8 @@ void X11Workspace::updateFrontmost() {
     // application then follows the order of the events on this connection,
     // where the key presses that read it come too.
     RunningApplicationRef frontmost = pid > 0 ? applicationOf(pid, window) : nullptr;
-    if (frontmost == frontmost_)
-        return;
-    frontmost_ = std::move(frontmost);
-    observers_.frontmostChanged(frontmost_);
+    if (frontmost != frontmostApplication())
+        setFrontmost(std::move(frontmost));
 }
 
 }  // namespace platform::x11

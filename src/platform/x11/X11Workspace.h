@@ -10,8 +10,8 @@
 #include <vector>
 
 #include "platform/MainLoop.h"
+#include "platform/ObservedWorkspace.h"
 #include "platform/Workspace.h"
-#include "platform/WorkspaceObservers.h"
 #include "platform/x11/X11Accessibility.h"
 #include "platform/x11/X11ActiveWindowTracker.h"
 #include "platform/x11/X11InputEventSource.h"
@@ -35,7 +35,7 @@ namespace platform::x11 {
 //
 // At start, the default file manager is started in its background mode
 // when none of its processes runs, so that the Finder's part is played.
-class X11Workspace final : public Workspace, private X11WindowMirrorListener {
+class X11Workspace final : public ObservedWorkspace, private X11WindowMirrorListener {
   public:
     // What the workspace is built on; all of it must outlive the workspace.
     // The tracker must have been made on the input source before the
@@ -56,13 +56,8 @@ class X11Workspace final : public Workspace, private X11WindowMirrorListener {
     X11Workspace& operator=(const X11Workspace&) = delete;
 
     std::vector<RunningApplicationRef> runningApplications() const override;
-    RunningApplicationRef frontmostApplication() const override { return frontmost_; }
     RunningApplicationRef currentApplication() const override { return own_; }
     RunningApplicationRef runningApplicationWithProcessIdentifier(pid_t pid) const override;
-
-    Token addObserverForName(WorkspaceNotification name, NotificationHandler handler) override;
-    void removeObserver(Token observer, WorkspaceNotification name) override;
-    Subscription observeFrontmostApplication(bool initial, FrontmostHandler handler) override;
 
   private:
     using Application = std::shared_ptr<xdg::XdgRunningApplication>;
@@ -78,7 +73,6 @@ class X11Workspace final : public Workspace, private X11WindowMirrorListener {
     std::optional<xdg::WindowClass> windowClassOf(xcb_window_t window);
     std::optional<xdg::WindowClass> windowClassOf(pid_t pid);
 
-    void post(WorkspaceNotification name, RunningApplicationRef application);
     // The owner of the active window, as far as it is one of ours; observers
     // hear of a change.
     void updateFrontmost();
@@ -90,7 +84,6 @@ class X11Workspace final : public Workspace, private X11WindowMirrorListener {
     void windowMiniaturized(xcb_window_t, pid_t) override {}
     void mainWindowChanged(pid_t, xcb_window_t) override {}
 
-    MainLoop& loop_;
     X11Accessibility& accessibility_;
     X11InputEventSource& input_;
     const X11ActiveWindowTracker& activeWindow_;
@@ -102,9 +95,7 @@ class X11Workspace final : public Workspace, private X11WindowMirrorListener {
     std::vector<Application> running_;
     std::unordered_map<pid_t, Application> byProcess_;
     Application own_;
-    RunningApplicationRef frontmost_;
 
-    WorkspaceObservers observers_;
     Token inputHandler_;
     Token windowListener_;
 };

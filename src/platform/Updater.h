@@ -9,7 +9,7 @@ namespace platform {
 // The update service: checks a feed for newer releases on the allowed
 // channels.
 class Updater {
-public:
+  public:
     virtual ~Updater() = default;
     // Asked at every check: the channels beside the default one.
     virtual void setAllowedChannelsProvider(std::function<std::set<std::string>()> provider) = 0;

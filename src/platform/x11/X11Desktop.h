@@ -41,7 +41,7 @@ class X11Desktop {
     struct Options {
         // The X display; empty for $DISPLAY.
         std::string displayName;
-        X11Bundles::MainBundleInfo mainBundle{currentExecutable(), {}, {}};
+        X11Bundles::MainBundleInfo mainBundle{currentExecutable(), {}, {}, {}, {}};
         DesktopEntryDirectories directories = DesktopEntryDirectories::fromEnvironment();
         // Empty for the preferences file's usual place.
         std::filesystem::path preferencesPath;

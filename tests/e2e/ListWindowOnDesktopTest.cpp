@@ -35,8 +35,10 @@ Geometry enclosing(Geometry a, Geometry b) {
             std::max(a.y + a.height, b.y + b.height) - top};
 }
 
+// Each test starts as after the first run, with fresh preferences.
 class ListWindowOnDesktopTest : public ::testing::Test {
   protected:
+    void SetUp() override { folders.markInstructionsSeen(); }
     void TearDown() override { std::filesystem::remove_all(folderRoot); }
 
     // Opens a file manager window on each of the folders, one after the

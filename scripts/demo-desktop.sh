@@ -63,10 +63,17 @@ if ! wait_for handles_term; then
   exit 1
 fi
 
-xdotool mousemove 640 400
-xdotool keydown ctrl keydown alt keydown shift keyup shift keyup alt keyup ctrl
 panel=""
 find_panel() { panel=$(xdotool search --onlyvisible --pid "$tarnwick" --name '^Tarnwick$' | head -1) && [ -n "$panel" ]; }
+# A first start tells the chord in a window of its own, whose OK takes
+# Return; a later start shows the panel at once, and Return goes by.
+if wait_for find_panel; then
+  xdotool key Return
+  sleep 0.3
+fi
+
+xdotool mousemove 640 400
+xdotool keydown ctrl keydown alt keydown shift keyup shift keyup alt keyup ctrl
 if wait_for find_panel; then
   # The panel with a margin of the desktop around it.
   read -r x y width height < <(xwininfo -id "$panel" | awk '

@@ -30,9 +30,11 @@ QLabel* iconLabel(const platform::Image& image, int size, QWidget* parent) {
     return label;
 }
 
-// A vertical stack of centred parts with the page's spacing and padding,
-// as large as its content and no larger.
-QVBoxLayout* pageLayout(QWidget* page) {
+// A page of the onboarding window: a vertical stack of centred parts with
+// the page's spacing and padding, as large as its content and no larger.
+QVBoxLayout* newPage(const QString& name) {
+    auto* page = new QWidget;
+    page->setObjectName(name);
     auto* layout = new QVBoxLayout(page);
     layout->setSpacing(pageSpacing);
     layout->setContentsMargins(defaultPadding, defaultPadding, defaultPadding, defaultPadding);
@@ -62,9 +64,8 @@ QLabel* authorLabel(const tarnwick::AboutWindowView::AuthorLine& author, QWidget
 std::shared_ptr<ContentView> makePermissionsPageContentView(
     tarnwick::OnboardWindowPermissionsView& view) {
     const auto drawing = view.draw();
-    auto* page = new QWidget;
-    page->setObjectName(QStringLiteral("permissionsPage"));
-    auto* layout = pageLayout(page);
+    auto* layout = newPage(QStringLiteral("permissionsPage"));
+    auto* page = layout->parentWidget();
     auto* welcome = centredColumn(0);
     welcome->addWidget(iconLabel(drawing.icon, appIconSize, page), 0, Qt::AlignHCenter);
     welcome->addWidget(styledLabel(drawing.welcome, page), 0, Qt::AlignHCenter);
@@ -79,9 +80,8 @@ std::shared_ptr<ContentView> makePermissionsPageContentView(
 std::shared_ptr<ContentView> makeInstructionsPageContentView(
     tarnwick::OnboardWindowInstructionsView& view) {
     const auto drawing = view.draw();
-    auto* page = new QWidget;
-    page->setObjectName(QStringLiteral("instructionsPage"));
-    auto* layout = pageLayout(page);
+    auto* layout = newPage(QStringLiteral("instructionsPage"));
+    auto* page = layout->parentWidget();
     layout->addWidget(iconLabel(drawing.icon, appIconSize, page), 0, Qt::AlignHCenter);
     auto* instructions = styledLabel(drawing.instructions, page);
     instructions->setObjectName(QStringLiteral("instructions"));

@@ -1,5 +1,8 @@
 #include <gtest/gtest.h>
 
+#include <filesystem>
+#include <fstream>
+
 #include "platform/x11/DefaultFileManager.h"
 #include "platform/x11/X11Bundles.h"
 #include "x11/DesktopEntryTestTree.h"
@@ -12,8 +15,9 @@ using fixtures::DesktopEntryTestTree;
 class X11BundlesTest : public ::testing::Test {
   protected:
     X11BundlesTest()
-        : bundles({"/opt/tarnwick/bin/tarnwick", "1.4.0", "812"}, tree.directories(),
-                  DesktopEntryLocale("de_DE.UTF-8")) {}
+        : bundles({"/opt/tarnwick/bin/tarnwick", "1.4.0", "812", "Copyright © 2026 Harrowmere.",
+                   "../libexec/tarnwick"},
+                  tree.directories(), DesktopEntryLocale("de_DE.UTF-8")) {}
 
     PropertyList infoValue(const std::shared_ptr<Bundle>& bundle, const std::string& key) {
         const auto* information = bundle->infoDictionary();
@@ -24,6 +28,23 @@ class X11BundlesTest : public ::testing::Test {
     DesktopEntryTestTree tree;
     X11Bundles bundles;
 };
+
+// Installed, the helper lies in its own folder; in a build tree, beside the
+// program, which wins.
+TEST_F(X11BundlesTest, TheProgramsHelperLiesBesideItElseInTheInstalledFolder) {
+    EXPECT_EQ(bundles.mainBundle()->pathForAuxiliaryExecutable("AppRestartHelper"),
+              "/opt/tarnwick/libexec/tarnwick/AppRestartHelper");
+    EXPECT_EQ(infoValue(bundles.mainBundle(), "NSHumanReadableCopyright"),
+              PropertyList("Copyright © 2026 Harrowmere."));
+
+    const auto buildTree = tree.root() / "build tree";
+    std::filesystem::create_directories(buildTree);
+    std::ofstream(buildTree / "AppRestartHelper") << "#!/bin/sh\n";
+    X11Bundles built({buildTree / "tarnwick", "1.4.0", "812", "", "../libexec/tarnwick"},
+                     tree.directories());
+    EXPECT_EQ(built.mainBundle()->pathForAuxiliaryExecutable("AppRestartHelper"),
+              buildTree / "AppRestartHelper");
+}
 
 TEST_F(X11BundlesTest, AnEntryGivesItsIdentityAndInformation) {
     const std::string system = DesktopEntryTestTree::system;

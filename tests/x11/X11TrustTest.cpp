@@ -2,8 +2,6 @@
 // answers, asked of the server at every call.
 #include <gtest/gtest.h>
 
-#include <cstdlib>
-#include <cstring>
 #include <string>
 
 #include "platform/sim/SimMainLoop.h"
@@ -29,8 +27,8 @@ class CheckWindow {
 
     void name(const std::string& text) {
         auto* c = client_.connection();
-        xcb_change_property(c, XCB_PROP_MODE_REPLACE, window_, atom("_NET_WM_NAME"),
-                            atom("UTF8_STRING"), 8, static_cast<std::uint32_t>(text.size()),
+        xcb_change_property(c, XCB_PROP_MODE_REPLACE, window_, client_.atom("_NET_WM_NAME"),
+                            client_.atom("UTF8_STRING"), 8, static_cast<std::uint32_t>(text.size()),
                             text.data());
         client_.sync();
     }
@@ -42,16 +40,8 @@ class CheckWindow {
     }
 
   private:
-    xcb_atom_t atom(const char* name) {
-        auto* c = client_.connection();
-        auto* reply = xcb_intern_atom_reply(
-            c, xcb_intern_atom(c, 0, static_cast<std::uint16_t>(std::strlen(name)), name), nullptr);
-        const xcb_atom_t atom = reply ? reply->atom : XCB_ATOM_NONE;
-        std::free(reply);
-        return atom;
-    }
     void setWindowProperty(xcb_window_t on, const char* name, xcb_window_t value) {
-        xcb_change_property(client_.connection(), XCB_PROP_MODE_REPLACE, on, atom(name),
+        xcb_change_property(client_.connection(), XCB_PROP_MODE_REPLACE, on, client_.atom(name),
                             XCB_ATOM_WINDOW, 32, 1, &value);
     }
 

@@ -65,11 +65,15 @@ fi
 
 panel=""
 find_panel() { panel=$(xdotool search --onlyvisible --pid "$tarnwick" --name '^Tarnwick$' | head -1) && [ -n "$panel" ]; }
-# A first start tells the chord in a window of its own, whose OK takes
-# Return; a later start shows the panel at once, and Return goes by.
+# A first start tells the chord in a window of its own, which comes to the
+# front and whose OK takes Return; a later start shows the panel at once,
+# which never takes the focus.
+is_active() { [ "$(xdotool getactivewindow 2>/dev/null)" = "$panel" ]; }
 if wait_for find_panel; then
-  xdotool key Return
-  sleep 0.3
+  for _ in $(seq 1 40); do
+    if is_active; then xdotool key Return; sleep 0.3; break; fi
+    sleep 0.05
+  done
 fi
 
 xdotool mousemove 640 400

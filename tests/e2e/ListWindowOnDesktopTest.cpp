@@ -81,6 +81,11 @@ class ListWindowOnDesktopTest : public ::testing::Test {
         tarnwick = std::make_unique<e2e::RunningProgram>(e2e::tarnwickExecutable(),
                                                          std::vector<std::string>{});
         ASSERT_TRUE(tarnwick->waitUntilHandling(SIGTERM, 20)) << tarnwick->standardError();
+        // A start after the first run brings the panel up at the pointer;
+        // each test begins with it taken away again.
+        ASSERT_TRUE(eventually([&] { return desktop.panelClient(tarnwick->pid()).has_value(); }));
+        desktop.tap(e2e::escapeKey);
+        ASSERT_TRUE(panelIsGone());
     }
 
     void stopTarnwick() {

@@ -6,8 +6,10 @@ set -euo pipefail
 packages=(
   # toolchain
   g++ cmake ninja-build pkg-config clang libclang-rt-dev clang-format
+  # what draws the recorder's style images at build time
+  python3 librsvg2-bin
   # libraries
-  qt6-base-dev libgl-dev libplist-dev libicu-dev
+  qt6-base-dev libgl-dev libplist-dev libicu-dev nlohmann-json3-dev
   libxcb1-dev libxcb-ewmh-dev libxcb-icccm4-dev libxcb-xinput-dev libxcb-res0-dev
   libxcb-xkb-dev libxcb-xtest0-dev libxkbcommon-dev libxkbcommon-x11-dev
   libgtest-dev libgmock-dev libbenchmark-dev

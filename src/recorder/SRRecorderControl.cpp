@@ -14,12 +14,6 @@ using quillbox::Log;
 
 namespace {
 
-bool sameShortcut(const SRShortcutRef& a, const SRShortcutRef& b) {
-    if (!a || !b)
-        return a == b;
-    return *a == *b;
-}
-
 // The modifier keys held now, as the platform's event service knows them.
 SRModifierFlags currentModifierFlags() {
     auto* monitors = platform::installed().eventMonitors;
@@ -46,7 +40,7 @@ void SRRecorderControl::setHost(SRRecorderControlHost* host) {
 
 void SRRecorderControl::setObjectValue(const SRObservedValue& value) {
     SRShortcutRef shortcut = SRShortcutFromObservedValue(value);
-    if (sameShortcut(objectValue_, shortcut))
+    if (SRShortcutsEqual(objectValue_, shortcut))
         return;
     if (std::holds_alternative<SRDictionary>(value) && !objectValue_ &&
         !compatibilityModeEnabled_) {

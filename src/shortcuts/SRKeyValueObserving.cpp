@@ -5,6 +5,25 @@
 
 namespace lirixkro {
 
+quillbox::Signal<>& SRKeyPathSignals::signalFor(std::string_view keyPath) {
+    auto found = signals_.find(keyPath);
+    if (found == signals_.end()) {
+        found =
+            signals_.emplace(std::string(keyPath), std::make_unique<quillbox::Signal<>>()).first;
+    }
+    return *found->second;
+}
+
+void SRKeyPathSignals::emit(std::string_view keyPath) const {
+    if (auto found = signals_.find(keyPath); found != signals_.end())
+        found->second->emit();
+}
+
+std::size_t SRKeyPathSignals::observerCount(std::string_view keyPath) const {
+    auto found = signals_.find(keyPath);
+    return found == signals_.end() ? 0 : found->second->slotCount();
+}
+
 SRObservedValue SRKeyValueStore::valueForKeyPath(std::string_view keyPath) const {
     std::lock_guard lock(lock_);
     auto found = values_.find(keyPath);
@@ -16,7 +35,7 @@ void SRKeyValueStore::setValueForKeyPath(const SRObservedValue& value, std::stri
     {
         std::lock_guard lock(lock_);
         values_.insert_or_assign(std::string(keyPath), value);
-        signal = &signalFor(keyPath);
+        signal = &changes_.signalFor(keyPath);
     }
     signal->emit();
 }
@@ -24,22 +43,12 @@ void SRKeyValueStore::setValueForKeyPath(const SRObservedValue& value, std::stri
 platform::Subscription SRKeyValueStore::observeKeyPath(std::string_view keyPath,
                                                        std::function<void()> changed) {
     std::lock_guard lock(lock_);
-    return signalFor(keyPath).connect(std::move(changed));
+    return changes_.signalFor(keyPath).connect(std::move(changed));
 }
 
 std::size_t SRKeyValueStore::observerCount(std::string_view keyPath) const {
     std::lock_guard lock(lock_);
-    auto found = changes_.find(keyPath);
-    return found == changes_.end() ? 0 : found->second->slotCount();
-}
-
-quillbox::Signal<>& SRKeyValueStore::signalFor(std::string_view keyPath) {
-    auto found = changes_.find(keyPath);
-    if (found == changes_.end()) {
-        found =
-            changes_.emplace(std::string(keyPath), std::make_unique<quillbox::Signal<>>()).first;
-    }
-    return *found->second;
+    return changes_.observerCount(keyPath);
 }
 
 SRShortcutRef SRShortcutFromObservedValue(const SRObservedValue& value) {

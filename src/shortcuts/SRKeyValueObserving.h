@@ -53,6 +53,20 @@ class SREditorRegistration {
     virtual void objectDidEndEditing(const void* editor) = 0;
 };
 
+// The change signals of an observable object, one for each key path that is
+// asked for.
+class SRKeyPathSignals {
+  public:
+    // Made on first ask.
+    quillbox::Signal<>& signalFor(std::string_view keyPath);
+    // Tells the observers of the key path, if it has any.
+    void emit(std::string_view keyPath) const;
+    std::size_t observerCount(std::string_view keyPath) const;
+
+  private:
+    std::map<std::string, std::unique_ptr<quillbox::Signal<>>, std::less<>> signals_;
+};
+
 // The plainest observable object: values by key, each change told to the
 // observers of that key.
 class SRKeyValueStore : public SRKeyValueObservable {
@@ -67,9 +81,7 @@ class SRKeyValueStore : public SRKeyValueObservable {
   private:
     mutable std::mutex lock_;
     std::map<std::string, SRObservedValue, std::less<>> values_;
-    std::map<std::string, std::unique_ptr<quillbox::Signal<>>, std::less<>> changes_;
-
-    quillbox::Signal<>& signalFor(std::string_view keyPath);
+    SRKeyPathSignals changes_;
 };
 
 // The shortcut an observed value stands for: a dictionary through

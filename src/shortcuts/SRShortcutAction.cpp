@@ -8,16 +8,6 @@ namespace lirixkro {
 using quillbox::Log;
 using quillbox::LogActivity;
 
-namespace {
-
-bool sameShortcut(const SRShortcutRef& a, const SRShortcutRef& b) {
-    if (!a || !b)
-        return a == b;
-    return *a == *b;
-}
-
-}  // namespace
-
 SRShortcutActionRef SRShortcutAction::shortcutActionWithShortcut(
     SRShortcutRef shortcut, std::weak_ptr<SRShortcutActionTarget> target,
     std::optional<SRSelector> action, long tag) {
@@ -82,7 +72,7 @@ void SRShortcutAction::setShortcut(SRShortcutRef shortcut) {
 
 bool SRShortcutAction::storeShortcut(SRShortcutRef shortcut) {
     std::lock_guard lock(lock_);
-    if (sameShortcut(shortcut_, shortcut))
+    if (SRShortcutsEqual(shortcut_, shortcut))
         return false;
     shortcut_ = std::move(shortcut);
     return true;

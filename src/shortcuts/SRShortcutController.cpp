@@ -87,7 +87,7 @@ SRShortcutController::~SRShortcutController() {
 
 void SRShortcutController::setContent(SRShortcutRef content) {
     content_ = std::move(content);
-    signalFor("content").emit();
+    changes_.emit("content");
     emitSelectionChanges();
 }
 
@@ -140,7 +140,7 @@ void SRShortcutController::setValueForKeyPath(const SRObservedValue& value,
 
 platform::Subscription SRShortcutController::observeKeyPath(std::string_view keyPath,
                                                             std::function<void()> changed) {
-    auto subscription = signalFor(keyPath).connect(std::move(changed));
+    auto subscription = changes_.signalFor(keyPath).connect(std::move(changed));
     if (!isSelectionKeyPath(keyPath))
         return subscription;
     selectionObserverAdded();
@@ -162,15 +162,6 @@ void SRShortcutController::objectDidEndEditing(const void*) {
         --editorCount_;
 }
 
-quillbox::Signal<>& SRShortcutController::signalFor(std::string_view keyPath) {
-    auto found = changes_.find(keyPath);
-    if (found == changes_.end()) {
-        found =
-            changes_.emplace(std::string(keyPath), std::make_unique<quillbox::Signal<>>()).first;
-    }
-    return *found->second;
-}
-
 void SRShortcutController::selectionObserverAdded() {
     if (selectionObservers_++ > 0)
         return;
@@ -188,10 +179,8 @@ void SRShortcutController::selectionObserverRemoved() {
 }
 
 void SRShortcutController::emitSelectionChanges() {
-    for (std::string_view keyPath : selectionKeyPaths) {
-        if (auto found = changes_.find(keyPath); found != changes_.end())
-            found->second->emit();
-    }
+    for (std::string_view keyPath : selectionKeyPaths)
+        changes_.emit(keyPath);
 }
 
 }  // namespace lirixkro

@@ -59,7 +59,6 @@ class SRShortcutController : public SRKeyValueObservable,
 
   private:
     SRShortcutController() = default;
-    quillbox::Signal<>& signalFor(std::string_view keyPath);
     void selectionObserverAdded();
     void selectionObserverRemoved();
     void emitSelectionChanges();
@@ -69,7 +68,7 @@ class SRShortcutController : public SRKeyValueObservable,
     std::weak_ptr<SRShortcutActionTarget> shortcutActionTarget_;
     SRShortcutActionRef shortcutAction_;
     std::shared_ptr<SRRecorderControl> recorderControl_;
-    std::map<std::string, std::unique_ptr<quillbox::Signal<>>, std::less<>> changes_;
+    SRKeyPathSignals changes_;
     std::size_t selectionObservers_ = 0;
     platform::Subscription layoutChanges_;
     int editorCount_ = 0;

@@ -13,12 +13,6 @@ namespace {
 
 constexpr KeyEvent bothKinds[] = {KeyEvent::keyDown, KeyEvent::keyUp};
 
-bool sameShortcut(const SRShortcutRef& a, const SRShortcutRef& b) {
-    if (!a || !b)
-        return a == b;
-    return *a == *b;
-}
-
 }  // namespace
 
 SRShortcutMonitor::SRShortcutMonitor() = default;
@@ -269,7 +263,7 @@ void SRShortcutMonitor::setEntryEnabled(Entry& entry, bool enabled) {
 }
 
 void SRShortcutMonitor::moveEntry(Entry& entry, SRShortcutRef shortcut) {
-    if (sameShortcut(entry.enteredShortcut, shortcut))
+    if (SRShortcutsEqual(entry.enteredShortcut, shortcut))
         return;
     const auto kinds = kindsOf(entry.action.get());
     for (KeyEvent keyEvent : kinds)

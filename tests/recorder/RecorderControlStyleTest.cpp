@@ -1,17 +1,14 @@
 #include <gtest/gtest.h>
 
 #include "RecorderTestSupport.h"
+#include "StyleComponentsNames.h"
 #include "recorder/SRRecorderControlStyle.h"
 #include "shortcuts/SRExceptions.h"
 
 namespace lirixkro {
 namespace {
 
-using C = SRRecorderControlStyleComponents;
-using A = C::Appearance;
-using X = C::Accessibility;
-using D = C::LayoutDirection;
-using T = C::Tint;
+using namespace testing::styles;
 using State = SRRecorderControlLayoutState;
 
 class RecorderControlStyle : public testing::RecorderControlTest {

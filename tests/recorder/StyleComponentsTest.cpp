@@ -2,17 +2,14 @@
 
 #include <algorithm>
 
+#include "StyleComponentsNames.h"
 #include "recorder/SRRecorderControlStyleComponents.h"
 #include "shortcuts/SRExceptions.h"
 
 namespace lirixkro {
 namespace {
 
-using C = SRRecorderControlStyleComponents;
-using A = C::Appearance;
-using X = C::Accessibility;
-using D = C::LayoutDirection;
-using T = C::Tint;
+using namespace testing::styles;
 
 TEST(StyleComponents, NameTheirPartsInOrderAndRefuseUnknownValues) {
     EXPECT_EQ(C(A::darkAqua, X::highContrast, D::rightToLeft, T::graphite).stringRepresentation(),

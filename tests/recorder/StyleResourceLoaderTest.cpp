@@ -4,6 +4,7 @@
 #include <fstream>
 #include <nlohmann/json.hpp>
 
+#include "StyleComponentsNames.h"
 #include "recorder/SRRecorderControlStyleResourceLoader.h"
 #include "shortcuts/SRExceptions.h"
 #include "shortcuts/SRResources.h"
@@ -14,11 +15,7 @@ namespace {
 
 namespace fs = std::filesystem;
 using nlohmann::json;
-using C = SRRecorderControlStyleComponents;
-using A = C::Appearance;
-using X = C::Accessibility;
-using D = C::LayoutDirection;
-using T = C::Tint;
+using namespace testing::styles;
 
 json textAttributes() {
     return {{"fontName", ".AppleSystemUIFont"},

@@ -132,6 +132,24 @@ TEST_F(RecorderControlOnX11, RecordsAShortcutAChordCancelsWithEscapeAndClearsWit
     EXPECT_EQ(recorder().drawingLabel(), "Record Shortcut");
 }
 
+// Key codes name places on the keyboard: on a German layout the key
+// labelled Z sits where the US layout has Y, and is shown as Z.
+TEST_F(RecorderControlOnX11, OnAGermanLayoutTheKeyIsRecordedByItsPlaceAndShownByItsLabel) {
+    ASSERT_TRUE(setSuiteLayouts("de"));
+    const auto current = [&] {
+        auto layout = layouts->copyCurrentKeyboardLayoutInputSource();
+        return layout ? layout->identifier().value_or("") : std::string();
+    };
+    ASSERT_TRUE(waitFor([&] { return current() == "xkb:de"; })) << current();
+    clickControl();
+    pressChord({xkey::leftControl}, xkey::y);
+    waitForEnd();
+    setSuiteLayouts("us");
+    ASSERT_TRUE(stored);
+    EXPECT_EQ(stored->keyCode(), 16);
+    EXPECT_EQ(recorder().drawingLabel(), "⌃Z");
+}
+
 TEST_F(RecorderControlOnX11, APlainLetterRingsTheServersBellAndRecordingGoesOn) {
     const int before = bellsRung();
     clickControl();

@@ -18,10 +18,12 @@ namespace recordertest {
 // The display the whole suite runs on: a private X server, so that the keys
 // it presses disturb no test beside it. Qt draws on it too.
 const std::string& suiteDisplay();
+// Loads keyboard layouts on the suite's display ("us", "de").
+bool setSuiteLayouts(const std::string& layouts);
 
 // X keycodes of the evdev keymap.
 namespace xkey {
-inline constexpr xcb_keycode_t escape = 9, backSpace = 22, j = 44, k = 45, a = 38, leftControl = 37,
+inline constexpr xcb_keycode_t escape = 9, backSpace = 22, j = 44, k = 45, a = 38, y = 29, leftControl = 37,
                                leftShift = 50, leftAlt = 64;
 }
 

@@ -12,10 +12,15 @@ namespace recordertest {
 
 namespace {
 std::string displayName;
-}
+std::unique_ptr<x11test::InputTestDisplay> display;
+}  // namespace
 
 const std::string& suiteDisplay() {
     return displayName;
+}
+
+bool setSuiteLayouts(const std::string& layouts) {
+    return display && display->setLayouts(layouts);
 }
 
 }  // namespace recordertest
@@ -25,7 +30,8 @@ int main(int argc, char** argv) {
     ::testing::InitGoogleTest(&argc, argv);
     if (::testing::GTEST_FLAG(list_tests))
         return RUN_ALL_TESTS();
-    auto display = std::make_unique<x11test::InputTestDisplay>();
+    auto& display = recordertest::display;
+    display = std::make_unique<x11test::InputTestDisplay>();
     if (!display->started() || !display->setLayouts("us")) {
         std::fprintf(stderr, "recorder desktop tests: Xvfb did not start\n");
         return 1;
@@ -35,5 +41,7 @@ int main(int argc, char** argv) {
     setenv("QT_QPA_PLATFORM", "xcb", 1);
     QApplication application(argc, argv);
     QApplication::setQuitOnLastWindowClosed(false);
-    return RUN_ALL_TESTS();
+    const int status = RUN_ALL_TESTS();
+    display.reset();
+    return status;
 }

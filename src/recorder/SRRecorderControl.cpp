@@ -2,7 +2,6 @@
 
 #include "platform/Platform.h"
 #include "recorder/SRRecorderControlStyle.h"
-#include "shortcuts/LirixkroStrings.h"
 #include "shortcuts/SRExceptions.h"
 #include "shortcuts/SRGlobalShortcutMonitor.h"
 #include "support/Log.h"
@@ -182,7 +181,7 @@ bool SRRecorderControl::beginRecording() {
     changes_.emit("isRecording");
     needsDisplay();
     updateActiveConstraints();
-    host_->setToolTip(style()->recordingTooltip().value_or(SRLoc("Press keys now")));
+    host_->setToolTip(toolTip());
     if (pausesGlobalShortcutMonitorWhileRecording) {
         didPauseGlobalShortcutMonitor_ = true;
         SRGlobalShortcutMonitor::sharedMonitor().pause();
@@ -213,7 +212,7 @@ void SRRecorderControl::endRecordingWithObjectValue(SRShortcutRef value) {
     needsDisplay();
     updateActiveConstraints();
     if (host_)
-        host_->setToolTip(style()->normalTooltip().value_or(SRLoc("Click to record shortcut")));
+        host_->setToolTip(toolTip());
     if (didPauseGlobalShortcutMonitor_) {
         didPauseGlobalShortcutMonitor_ = false;
         SRGlobalShortcutMonitor::sharedMonitor().resume();

@@ -110,6 +110,8 @@ class SRRecorderControl : public std::enable_shared_from_this<SRRecorderControl>
     std::string drawingLabel() const;
     // The label's attributes in the control's state.
     SRTextAttributes drawingLabelAttributes() const;
+    // The control's own tool tip: how to record, or what to do now.
+    std::string toolTip() const;
     std::string cancelButtonToolTip() const;
     std::string clearButtonToolTip() const;
     // The tool tip of the button under the point; nothing elsewhere.

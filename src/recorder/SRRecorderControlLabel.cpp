@@ -59,6 +59,12 @@ SRTextAttributes SRRecorderControl::drawingLabelAttributes() const {
     return recording_ ? look.recordingLabelAttributes : look.normalLabelAttributes;
 }
 
+std::string SRRecorderControl::toolTip() const {
+    if (recording_)
+        return style()->recordingTooltip().value_or(SRLoc("Press keys now"));
+    return style()->normalTooltip().value_or(SRLoc("Click to record shortcut"));
+}
+
 std::string SRRecorderControl::cancelButtonToolTip() const {
     return style()->cancelButtonTooltip().value_or(SRLoc("Cancel recording"));
 }

@@ -24,6 +24,22 @@ platform::CGPoint pointOf(const QPointF& position) {
     return {position.x(), position.y()};
 }
 
+// A refused shortcut of a control that has no window to show it on is
+// shown by the application: a message box of its own.
+void installApplicationErrorPresenter() {
+    static const bool installed = [] {
+        lirixkro::SRSetApplicationErrorPresenter([](const lirixkro::SRValidationError& error) {
+            QMessageBox box(QMessageBox::Warning,
+                            QString::fromStdString(error.localizedDescription),
+                            QString::fromStdString(error.localizedDescription));
+            box.setInformativeText(QString::fromStdString(error.localizedFailureReason));
+            box.exec();
+        });
+        return true;
+    }();
+    (void)installed;
+}
+
 }  // namespace
 
 RecorderControlWidget::RecorderControlWidget(std::shared_ptr<lirixkro::SRRecorderControl> control,
@@ -31,12 +47,13 @@ RecorderControlWidget::RecorderControlWidget(std::shared_ptr<lirixkro::SRRecorde
     : QWidget(parent),
       control_(control ? std::move(control) : std::make_shared<lirixkro::SRRecorderControl>()) {
     installApplicationAppearanceSource();
+    installApplicationErrorPresenter();
     installRecorderControlAccessibility();
     setFocusPolicy(Qt::StrongFocus);
     setAttribute(Qt::WA_Hover);
     setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
     control_->setHost(this);
-    QWidget::setToolTip(QString());
+    setToolTip(control_->toolTip());
 }
 
 RecorderControlWidget::~RecorderControlWidget() {

@@ -180,6 +180,7 @@ TEST_F(RecorderControl, BeginningRecordingTakesTheFocusPausesTheMonitorAndTellsE
     control->setAllowedModifierFlags(SRShiftFlag | SRCommandFlag, 0, false);
     auto& shared = SRGlobalShortcutMonitor::sharedMonitor();
     ASSERT_NE(shared.state(), SRGlobalShortcutMonitor::State::paused);
+    EXPECT_EQ(control->toolTip(), "Click to record shortcut");
 
     ASSERT_TRUE(control->beginRecording());
     EXPECT_TRUE(host.firstResponder);

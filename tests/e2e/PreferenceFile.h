@@ -10,6 +10,11 @@ namespace e2e {
 // missing or is no property list.
 platform::PropertyList::Dictionary readPreferenceFile(const std::string& path);
 
+// Writes the dictionary as a binary property list, making the folders on
+// the way.
+void writePreferenceFile(const std::string& path,
+                         const platform::PropertyList::Dictionary& preferences);
+
 // The strings of an array under the key; empty when there is none.
 std::vector<std::string> stringsUnder(const platform::PropertyList::Dictionary& preferences,
                                       const std::string& key);

@@ -16,7 +16,7 @@
 
 #include "DesktopDriver.h"
 #include "HarnessOptions.h"
-#include "RunningProgram.h"
+#include "ProgramAtRest.h"
 
 namespace {
 
@@ -83,38 +83,28 @@ class RepaintWatch {
 
 int main(int argc, char** argv) {
     const long presses = bench::option(argc, argv, "presses", 200);
-    const e2e::PrivateFolders folders;
-    e2e::Desktop desktop;
-    e2e::RunningProgram tarnwick(e2e::tarnwickExecutable(), {});
-    if (!tarnwick.waitUntilHandling(SIGTERM, 20)) {
-        std::fprintf(stderr, "tarnwick did not start\n");
+    bench::ProgramAtRest tarnwick;
+    if (!tarnwick.start())
         return 1;
-    }
-    desktop.movePointer(640, 400);
-    desktop.pressChord();
-    std::optional<xcb_window_t> panel;
-    if (!e2e::eventually(
-            [&] { return (panel = desktop.panelClient(tarnwick.pid())).has_value(); })) {
-        std::fprintf(stderr, "the panel never showed\n");
-        return 1;
-    }
-    desktop.watchMapping(*panel);
-    RepaintWatch repaints(*panel);
+    auto& desktop = tarnwick.desktop();
+    const xcb_window_t panel = tarnwick.panel();
+    RepaintWatch repaints(panel);
 
     std::vector<double> toMapped;
     std::vector<double> toPainted;
     for (long press = 0; press < presses; ++press) {
-        desktop.key(e2e::escapeKey, true);
-        desktop.key(e2e::escapeKey, false);
-        if (!desktop.waitForMapping(*panel, false, 2))
-            continue;  // was already closed
+        if (press > 0) {
+            desktop.tap(e2e::escapeKey);
+            if (!desktop.waitForMapping(panel, false, 2))
+                continue;  // was already closed
+        }
         if (repaints.available())
             repaints.clear();
         desktop.key(e2e::controlKey, true);
         desktop.key(e2e::altKey, true);
         const auto pressed = Clock::now();
         desktop.key(e2e::shiftKey, true);
-        const bool mapped = desktop.waitForMapping(*panel, true, 2);
+        const bool mapped = desktop.waitForMapping(panel, true, 2);
         const auto shown = Clock::now();
         const bool painted = mapped && repaints.available() && repaints.waitForRepaint(2);
         const auto drawn = Clock::now();
@@ -128,8 +118,7 @@ int main(int argc, char** argv) {
         if (painted)
             toPainted.push_back(since(drawn));
     }
-    tarnwick.sendSignal(SIGTERM);
-    tarnwick.waitForExit(10);
+    tarnwick.stop();
     if (toMapped.empty()) {
         std::fprintf(stderr, "no press brought the panel up\n");
         return 1;

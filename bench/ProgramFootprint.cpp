@@ -7,15 +7,13 @@
 #include <unistd.h>
 
 #include <chrono>
-#include <csignal>
 #include <cstdio>
-#include <optional>
 #include <thread>
 
 #include "DesktopDriver.h"
 #include "Footprint.h"
 #include "HarnessOptions.h"
-#include "RunningProgram.h"
+#include "ProgramAtRest.h"
 
 namespace {
 
@@ -29,7 +27,7 @@ bool showAndHide(e2e::Desktop& desktop, xcb_window_t panel) {
 }
 
 void measureIdle(pid_t pid, long seconds) {
-    std::this_thread::sleep_for(std::chrono::seconds(2));  // start-up settles
+    std::this_thread::sleep_for(std::chrono::seconds(2));  // the panel's going settles
     const long before = bench::contextSwitches(pid);
     std::this_thread::sleep_for(std::chrono::seconds(seconds));
     std::printf("wake-ups of the idle program in %ld s: %ld\n", seconds,
@@ -41,41 +39,21 @@ void measureIdle(pid_t pid, long seconds) {
 int main(int argc, char** argv) {
     const long idleSeconds = bench::option(argc, argv, "idle-seconds", 10);
     const long cycles = bench::option(argc, argv, "cycles", 2000);
-    const e2e::PrivateFolders folders;
-    e2e::Desktop desktop;
-    e2e::RunningProgram tarnwick(e2e::tarnwickExecutable(), {});
-    if (!tarnwick.waitUntilHandling(SIGTERM, 20)) {
-        std::fprintf(stderr, "tarnwick did not start\n");
+    bench::ProgramAtRest tarnwick;
+    if (!tarnwick.start())
         return 1;
-    }
     measureIdle(tarnwick.pid(), idleSeconds);
 
-    desktop.movePointer(640, 400);
-    desktop.pressChord();
-    std::optional<xcb_window_t> panel;
-    if (!e2e::eventually(
-            [&] { return (panel = desktop.panelClient(tarnwick.pid())).has_value(); })) {
-        std::fprintf(stderr, "the panel never showed\n");
-        return 1;
-    }
-    desktop.watchMapping(*panel);
-    desktop.tap(e2e::escapeKey);
-    if (!desktop.waitForMapping(*panel, false, 5)) {
-        std::fprintf(stderr, "Escape didn't take the panel away\n");
-        return 1;
-    }
     for (int warmUp = 0; warmUp < 20; ++warmUp)
-        showAndHide(desktop, *panel);
+        showAndHide(tarnwick.desktop(), tarnwick.panel());
     const long before = bench::residentKiB(tarnwick.pid());
     long failed = 0;
     for (long i = 0; i < cycles; ++i)
-        failed += showAndHide(desktop, *panel) ? 0 : 1;
+        failed += showAndHide(tarnwick.desktop(), tarnwick.panel()) ? 0 : 1;
     bench::printGrowth("show/hide cycles of the panel", cycles, before,
                        bench::residentKiB(tarnwick.pid()));
     if (failed)
         std::printf("cycles in which the panel didn't come or go: %ld\n", failed);
-
-    tarnwick.sendSignal(SIGTERM);
-    tarnwick.waitForExit(10);
+    tarnwick.stop();
     return failed == 0 ? 0 : 1;
 }

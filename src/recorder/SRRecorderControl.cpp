@@ -24,7 +24,6 @@ SRModifierFlags currentModifierFlags() {
 SRRecorderControl::SRRecorderControl() = default;
 
 SRRecorderControl::~SRRecorderControl() {
-    *alive_ = false;
     if (didPauseGlobalShortcutMonitor_)
         SRGlobalShortcutMonitor::sharedMonitor().resume();
     if (style_)
@@ -73,11 +72,10 @@ void SRRecorderControl::bindValue(std::shared_ptr<SRKeyValueObservable> object,
         return;
     boundObject_ = std::move(object);
     boundKeyPath_ = std::move(keyPath);
-    bindingObservation_ =
-        boundObject_->observeKeyPath(boundKeyPath_, [this, alive = std::weak_ptr<bool>(alive_)] {
-            if (alive.lock() && boundObject_)
-                setObjectValue(boundObject_->valueForKeyPath(boundKeyPath_));
-        });
+    bindingObservation_ = boundObject_->observeKeyPath(boundKeyPath_, lifetime_.guard([this] {
+        if (boundObject_)
+            setObjectValue(boundObject_->valueForKeyPath(boundKeyPath_));
+    }));
     setObjectValue(boundObject_->valueForKeyPath(boundKeyPath_));
 }
 
@@ -345,12 +343,10 @@ void SRRecorderControl::scheduleControlViewAppearanceDidChange() {
     if (appearanceChangeScheduled_)
         return;
     appearanceChangeScheduled_ = true;
-    auto notifyStyle = [this, alive = std::weak_ptr<bool>(alive_)] {
-        if (!alive.lock())
-            return;
+    auto notifyStyle = lifetime_.guard([this] {
         appearanceChangeScheduled_ = false;
         style()->recorderControlAppearanceDidChange();
-    };
+    });
     if (auto* loop = platform::installed().mainLoop)
         loop->post(std::move(notifyStyle));
     else

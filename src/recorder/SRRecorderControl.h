@@ -8,6 +8,7 @@
 
 #include "platform/Event.h"
 #include "platform/Geometry.h"
+#include "platform/LifetimeGuard.h"
 #include "recorder/SRRecorderControlDelegate.h"
 #include "recorder/SRRecorderControlHost.h"
 #include "recorder/SRRecorderControlStyling.h"
@@ -192,7 +193,7 @@ class SRRecorderControl : public std::enable_shared_from_this<SRRecorderControl>
     platform::Subscription bindingObservation_;
     quillbox::Signal<SRRecorderControl&> action_;
     quillbox::Signal<std::string_view> changes_;
-    std::shared_ptr<bool> alive_ = std::make_shared<bool>(true);
+    platform::LifetimeGuard lifetime_;
 };
 
 }  // namespace lirixkro

@@ -28,19 +28,15 @@ std::shared_ptr<SRAXGlobalShortcutMonitor> SRAXGlobalShortcutMonitor::makeWithTa
 SRAXGlobalShortcutMonitor::SRAXGlobalShortcutMonitor(SREventTapOptions options)
     : options_(options) {}
 
-SRAXGlobalShortcutMonitor::~SRAXGlobalShortcutMonitor() {
-    *alive_ = false;
-}
+SRAXGlobalShortcutMonitor::~SRAXGlobalShortcutMonitor() = default;
 
 bool SRAXGlobalShortcutMonitor::createTap() {
     auto* tap = platform::installed().eventTap;
     if (!tap)
         return false;
-    eventTap_ =
-        tap->tapCreate(eventMask, [this, alive = std::weak_ptr<bool>(alive_)](const Event& event) {
-            if (alive.lock())
-                tapCallback(static_cast<std::int64_t>(event.type), event);
-        });
+    eventTap_ = tap->tapCreate(eventMask, lifetime_.guard([this](const Event& event) {
+        tapCallback(static_cast<std::int64_t>(event.type), event);
+    }));
     // The seam's taps listen only; see the class comment.
     activelyFiltering_ = false;
     return static_cast<bool>(eventTap_);

@@ -5,6 +5,7 @@
 #include <optional>
 
 #include "platform/Event.h"
+#include "platform/LifetimeGuard.h"
 #include "platform/Subscription.h"
 #include "shortcuts/SRShortcutMonitor.h"
 
@@ -61,7 +62,7 @@ class SRAXGlobalShortcutMonitor : public SRShortcutMonitor {
     bool activelyFiltering_ = false;
     bool tapEnabled_ = false;
     platform::Subscription eventTap_;
-    std::shared_ptr<bool> alive_ = std::make_shared<bool>(true);
+    platform::LifetimeGuard lifetime_;
 };
 
 }  // namespace lirixkro

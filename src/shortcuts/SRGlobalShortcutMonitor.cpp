@@ -33,7 +33,6 @@ SRGlobalShortcutMonitor& SRGlobalShortcutMonitor::sharedMonitor() {
 SRGlobalShortcutMonitor::SRGlobalShortcutMonitor() = default;
 
 SRGlobalShortcutMonitor::~SRGlobalShortcutMonitor() {
-    *alive_ = false;
     std::lock_guard guard(lock());
     auto* hotKeys = platform::installed().hotKeys;
     for (const auto& [key, registration] : shortcutToHotKey_) {
@@ -96,10 +95,7 @@ void SRGlobalShortcutMonitor::registerHotKeyForShortcutIfNeeded(const SRShortcut
     platform::Token hotKeyRef;
     const OSStatus status = platform::hotKeys().registerEventHotKey(
         static_cast<platform::KeyCode>(shortcut->carbonKeyCode()), shortcut->carbonModifierFlags(),
-        [this, alive = std::weak_ptr<bool>(alive_), hotKeyId](bool pressed) {
-            if (alive.lock())
-                hotKeyEvent(hotKeyId, pressed);
-        },
+        lifetime_.guard([this, hotKeyId](bool pressed) { hotKeyEvent(hotKeyId, pressed); }),
         hotKeyRef);
     if (status != 0 || !hotKeyRef) {
         Log::fault(formatText("#Critical Failed to register Carbon hot key: %d", status));

@@ -6,6 +6,7 @@
 #include <optional>
 
 #include "platform/HotKeys.h"
+#include "platform/LifetimeGuard.h"
 #include "shortcuts/SRShortcutMonitor.h"
 
 namespace lirixkro {
@@ -86,7 +87,7 @@ class SRGlobalShortcutMonitor : public SRShortcutMonitor {
     std::map<std::pair<SRKeyCode, SRModifierFlags>, Registration> shortcutToHotKey_;
     bool carbonEventHandlerInstalled_ = false;
     long disableCounter_ = 0;
-    std::shared_ptr<bool> alive_ = std::make_shared<bool>(true);
+    platform::LifetimeGuard lifetime_;
 };
 
 }  // namespace lirixkro

@@ -78,7 +78,6 @@ std::shared_ptr<SRShortcutController> SRShortcutController::make(SRShortcutRef c
 }
 
 SRShortcutController::~SRShortcutController() {
-    *alive_ = false;
     if (shortcutAction_)
         SRGlobalShortcutMonitor::sharedMonitor().removeAction(shortcutAction_);
     if (recorderControl_)
@@ -146,9 +145,9 @@ platform::Subscription SRShortcutController::observeKeyPath(std::string_view key
     selectionObserverAdded();
     return platform::Subscription(
         [subscription = std::make_shared<platform::Subscription>(std::move(subscription)), this,
-         alive = std::weak_ptr<bool>(alive_)] {
+         watch = lifetime_.watch()] {
             subscription->cancel();
-            if (alive.lock())
+            if (watch.alive())
                 selectionObserverRemoved();
         });
 }
@@ -166,10 +165,8 @@ void SRShortcutController::selectionObserverAdded() {
     if (selectionObservers_++ > 0)
         return;
     if (auto* layouts = platform::installed().keyboardLayouts) {
-        layoutChanges_ = layouts->observeLayoutChanges([this, alive = std::weak_ptr<bool>(alive_)] {
-            if (alive.lock())
-                emitSelectionChanges();
-        });
+        layoutChanges_ =
+            layouts->observeLayoutChanges(lifetime_.guard([this] { emitSelectionChanges(); }));
     }
 }
 

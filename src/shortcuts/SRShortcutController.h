@@ -5,6 +5,7 @@
 #include <string>
 #include <string_view>
 
+#include "platform/LifetimeGuard.h"
 #include "platform/Subscription.h"
 #include "shortcuts/SRKeyValueObserving.h"
 #include "shortcuts/SRShortcutAction.h"
@@ -72,7 +73,7 @@ class SRShortcutController : public SRKeyValueObservable,
     std::size_t selectionObservers_ = 0;
     platform::Subscription layoutChanges_;
     int editorCount_ = 0;
-    std::shared_ptr<bool> alive_ = std::make_shared<bool>(true);
+    platform::LifetimeGuard lifetime_;
 };
 
 }  // namespace lirixkro

@@ -17,9 +17,7 @@ constexpr KeyEvent bothKinds[] = {KeyEvent::keyDown, KeyEvent::keyUp};
 
 SRShortcutMonitor::SRShortcutMonitor() = default;
 
-SRShortcutMonitor::~SRShortcutMonitor() {
-    *alive_ = false;
-}
+SRShortcutMonitor::~SRShortcutMonitor() = default;
 
 std::vector<SRShortcutActionRef> SRShortcutMonitor::actions() const {
     std::lock_guard lock(lock_);
@@ -99,11 +97,8 @@ void SRShortcutMonitor::addAction(const SRShortcutActionRef& action, KeyEvent ke
     added.action = action;
     added.count = 1;
     const SRShortcutAction* key = action.get();
-    added.observation =
-        action->observe([this, alive = std::weak_ptr<bool>(alive_), key](std::string_view field) {
-            if (alive.lock())
-                actionDidChange(key, field);
-        });
+    added.observation = action->observe(
+        lifetime_.guard([this, key](std::string_view field) { actionDidChange(key, field); }));
     setEntryEnabled(added, action->isEnabled());
 }
 

@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "platform/Event.h"
+#include "platform/LifetimeGuard.h"
 #include "shortcuts/SRShortcut.h"
 #include "shortcuts/SRShortcutAction.h"
 #include "support/Signal.h"
@@ -136,7 +137,7 @@ class SRShortcutMonitor {
     std::unordered_set<const SRShortcutAction*> keyDownActions_;
     std::unordered_map<ShortcutKey, CountedShortcut, ShortcutKeyHash> shortcuts_;
     quillbox::Signal<bool> shortcutsChange_;
-    std::shared_ptr<bool> alive_ = std::make_shared<bool>(true);
+    platform::LifetimeGuard lifetime_;
 };
 
 }  // namespace lirixkro

@@ -309,10 +309,7 @@ bool X11Accessibility::isProcessTrustedWithOptions(const CFValue::Dictionary&) {
     }
     // Waiting for the replies may have read events off the socket, which
     // then won't turn readable for them.
-    loop_.post([alive = std::weak_ptr<bool>(alive_), this] {
-        if (alive.lock())
-            processEvents();
-    });
+    loop_.post(lifetime_.guard([this] { processEvents(); }));
     return answers;
 }
 

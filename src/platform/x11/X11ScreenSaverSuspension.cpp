@@ -2,8 +2,7 @@
 
 #include <xcb/screensaver.h>
 
-#include <cstdlib>
-#include <memory>
+#include "platform/x11/X11Connection.h"
 
 namespace platform::x11 {
 
@@ -14,10 +13,8 @@ bool serverCanSuspend(xcb_connection_t* connection) {
     const auto* extension = xcb_get_extension_data(connection, &xcb_screensaver_id);
     if (!extension || !extension->present)
         return false;
-    std::unique_ptr<xcb_screensaver_query_version_reply_t, decltype(&std::free)> version(
-        xcb_screensaver_query_version_reply(
-            connection, xcb_screensaver_query_version(connection, 1, 1), nullptr),
-        &std::free);
+    const auto version = awaitReply(connection, xcb_screensaver_query_version_reply,
+                                    xcb_screensaver_query_version(connection, 1, 1));
     return version && (version->server_major_version > 1 ||
                        (version->server_major_version == 1 && version->server_minor_version >= 1));
 }
@@ -47,12 +44,8 @@ void X11ScreenSaverSuspension::assertionRelease(AssertionID assertion) {
 // Checked, so that a refusal is known before the assertion is reported as
 // held. A display already blanked is lit again when the suspension starts.
 bool X11ScreenSaverSuspension::suspend(bool on) {
-    auto* error =
-        xcb_request_check(connection_, xcb_screensaver_suspend_checked(connection_, on ? 1 : 0));
-    if (error) {
-        std::free(error);
+    if (failed(connection_, xcb_screensaver_suspend_checked(connection_, on ? 1 : 0)))
         return false;
-    }
     if (on)
         xcb_force_screen_saver(connection_, XCB_SCREEN_SAVER_RESET);
     xcb_flush(connection_);

@@ -46,5 +46,6 @@ Bundles& bundles() { return require(current.bundles, "bundles"); }
 FileManager& fileManager() { return require(current.fileManager, "file manager"); }
 FileViewer& fileViewer() { return require(current.fileViewer, "file viewer"); }
 PreferencesStore& preferences() { return require(current.preferences, "preferences store"); }
+ObjectStore& objectStore() { return require(current.objectStore, "object store"); }
 
 }  // namespace platform

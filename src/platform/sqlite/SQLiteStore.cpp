@@ -201,9 +201,13 @@ std::optional<StoredRow> Store::row(const EntityDescription& entity, std::int64_
     auto& statement =
         prepared("SELECT " + columnList(entity) + " FROM " + sqlIdentifier(entity.name) + " WHERE Z_PK = ?");
     statement.bind(1, primaryKey);
-    if (!statement.step())
-        return std::nullopt;
-    return readRow(statement, entity);
+    std::optional<StoredRow> found;
+    if (statement.step())
+        found = readRow(statement, entity);
+    // A statement left on its row would hold the connection's read snapshot
+    // open, and hide later saves of other processes.
+    statement.reset();
+    return found;
 }
 
 std::int64_t Store::insert(const EntityDescription& entity,

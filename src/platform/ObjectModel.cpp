@@ -23,8 +23,9 @@ bool fitsAttributeType(const AttributeValue& value, AttributeType type) {
 }
 
 const AttributeDescription* EntityDescription::attribute(std::string_view attributeName) const {
-    auto found = std::find_if(attributes.begin(), attributes.end(),
-                              [&](const auto& attribute) { return attribute.name == attributeName; });
+    auto found = std::find_if(attributes.begin(), attributes.end(), [&](const auto& attribute) {
+        return attribute.name == attributeName;
+    });
     return found == attributes.end() ? nullptr : &*found;
 }
 

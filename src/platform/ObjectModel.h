@@ -14,8 +14,8 @@ namespace platform {
 enum class AttributeType { string, integer, decimal, boolean, data };
 
 // One attribute's value; std::monostate is "no value".
-using AttributeValue =
-    std::variant<std::monostate, std::string, std::int64_t, double, bool, std::vector<std::uint8_t>>;
+using AttributeValue = std::variant<std::monostate, std::string, std::int64_t, double, bool,
+                                    std::vector<std::uint8_t>>;
 
 // True when the value may be stored in an attribute of the type: a value of
 // the type itself, or no value at all.

@@ -62,7 +62,8 @@ CoreDataStack::Error CoreDataStack::Error::noContextRegistered(const ContextKey&
 }
 
 CoreDataStack::Error CoreDataStack::Error::cantFindObjectModel(const std::filesystem::path& at) {
-    return Error(Kind::cantFindObjectModel, at.string(), "Can't load the object model at " + at.string());
+    return Error(Kind::cantFindObjectModel, at.string(),
+                 "Can't load the object model at " + at.string());
 }
 
 CoreDataStack::Error CoreDataStack::Error::containerAlreadyConfigured() {
@@ -70,7 +71,8 @@ CoreDataStack::Error CoreDataStack::Error::containerAlreadyConfigured() {
 }
 
 CoreDataStack::Error CoreDataStack::Error::coreDataStackNeverConfigured() {
-    return Error(Kind::coreDataStackNeverConfigured, "", "The stack's container was never configured");
+    return Error(Kind::coreDataStackNeverConfigured, "",
+                 "The stack's container was never configured");
 }
 
 CoreDataStackConfiguration CoreDataStackConfiguration::named(const std::string& modelFileName) {
@@ -86,14 +88,14 @@ CoreDataStack::CoreDataStack(Configuration configuration, bool configureContaine
         configureContainer();
 }
 
-std::unique_ptr<CoreDataStack> CoreDataStack::withModelFileName(const std::string& modelFileName,
-                                                               bool configureContainerImmediately) {
+std::unique_ptr<CoreDataStack> CoreDataStack::withModelFileName(
+    const std::string& modelFileName, bool configureContainerImmediately) {
     return std::make_unique<CoreDataStack>(Configuration::named(modelFileName),
                                            configureContainerImmediately);
 }
 
 std::unique_ptr<CoreDataStack> CoreDataStack::withModelURL(const std::filesystem::path& modelURL,
-                                                          bool configureContainerImmediately) {
+                                                           bool configureContainerImmediately) {
     return std::make_unique<CoreDataStack>(Configuration(modelURL), configureContainerImmediately);
 }
 

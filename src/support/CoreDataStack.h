@@ -68,8 +68,8 @@ class CoreDataStack {
         "quillbox.didResetRegisteredTypesNotification";
 
     explicit CoreDataStack(Configuration configuration, bool configureContainerImmediately = false);
-    static std::unique_ptr<CoreDataStack> withModelFileName(const std::string& modelFileName,
-                                                            bool configureContainerImmediately = false);
+    static std::unique_ptr<CoreDataStack> withModelFileName(
+        const std::string& modelFileName, bool configureContainerImmediately = false);
     static std::unique_ptr<CoreDataStack> withModelURL(const std::filesystem::path& modelURL,
                                                        bool configureContainerImmediately = false);
     CoreDataStack(const CoreDataStack&) = delete;

@@ -46,7 +46,9 @@ class StoreOption {
     static StoreOption sqlDefaults() { return sql(); }
     static StoreOption inMemory() { return StoreOption(InMemory{}); }
     // The loader adds the stores itself; what it throws passes on.
-    static StoreOption custom(CustomLoader loader) { return StoreOption(Custom{std::move(loader)}); }
+    static StoreOption custom(CustomLoader loader) {
+        return StoreOption(Custom{std::move(loader)});
+    }
 
     struct Sql {
         std::optional<SQLConfiguration> configuration;

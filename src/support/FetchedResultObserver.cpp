@@ -187,8 +187,8 @@ FetchedResultObserver::ResultStream FetchedResultObserver::resultStream() const 
     return state_->stream();
 }
 
-platform::ManagedObjectPtr FetchedResultObserver::object(const platform::ObjectID& id,
-                                                         platform::ManagedObjectContext& context) const {
+platform::ManagedObjectPtr FetchedResultObserver::object(
+    const platform::ObjectID& id, platform::ManagedObjectContext& context) const {
     if (auto found = maybeObject(id, context))
         return found;
     throw SimpleError("Object either doesn't exist or isn't of " + state_->request().entityName +

@@ -52,8 +52,10 @@ TEST_F(ContextTest, FetchesSeeUnsavedChangesAndSavedObjectsGetPermanentIdentitie
     emma->setValue("title", std::string("Emma (annotated)"));
     EXPECT_EQ(titles(*context),
               (std::vector<std::string>{"Emma (annotated)", "Lady Susan", "Persuasion"}));
-    platform::FetchRequest longest{"Book", {{"pages", Comparison::Operator::greater, std::int64_t{100}}},
-                                   {{"pages", false}}, 1};
+    platform::FetchRequest longest{"Book",
+                                   {{"pages", Comparison::Operator::greater, std::int64_t{100}}},
+                                   {{"pages", false}},
+                                   1};
     EXPECT_EQ(titles(*context, longest), (std::vector<std::string>{"Emma (annotated)"}));
 
     auto other = stack->newBackgroundContext();
@@ -72,7 +74,9 @@ TEST_F(ContextTest, BadValuesAndNamesAreRefusedAndAFailedSaveWritesNothing) {
     EXPECT_EQ(codeOf([&] { book->setValue("colour", std::string("red")); }),
               Code::unknownAttribute);
     EXPECT_EQ(codeOf([&] { context->insertNewObject("Poem"); }), Code::unknownEntity);
-    EXPECT_EQ(codeOf([&] { context->fetch({"Book", {}, {{"colour", true}}, 0}); }),
+    EXPECT_EQ(codeOf([&] {
+                  context->fetch({"Book", {}, {{"colour", true}}, 0});
+              }),
               Code::unknownAttribute);
 
     book->setValue("cover", std::vector<std::uint8_t>{0, 1, 255});
@@ -87,7 +91,8 @@ TEST_F(ContextTest, BadValuesAndNamesAreRefusedAndAFailedSaveWritesNothing) {
     context->save();
     auto fresh = stack->newBackgroundContext()->fetch(booksByTitle());
     ASSERT_EQ(fresh.size(), 1u);
-    EXPECT_EQ(fresh[0]->value("cover"), platform::AttributeValue(std::vector<std::uint8_t>{0, 1, 255}));
+    EXPECT_EQ(fresh[0]->value("cover"),
+              platform::AttributeValue(std::vector<std::uint8_t>{0, 1, 255}));
     EXPECT_EQ(fresh[0]->value("rating"), platform::AttributeValue());
 }
 
@@ -100,9 +105,9 @@ struct ConflictOutcome {
     bool secondSaveFailed;
 };
 
-class ConflictTest : public ContextTest,
-                     public ::testing::WithParamInterface<std::pair<MergePolicyType, ConflictOutcome>> {
-};
+class ConflictTest
+    : public ContextTest,
+      public ::testing::WithParamInterface<std::pair<MergePolicyType, ConflictOutcome>> {};
 
 TEST_P(ConflictTest, TwoContextsSavingOneObjectResolveByThePolicy) {
     const auto& [policy, expected] = GetParam();
@@ -158,7 +163,8 @@ TEST_F(ContextTest, AnObjectDeletedMeanwhileIsAConflictOrGoneOrBackByThePolicy) 
     const auto id = book->objectID();
 
     std::int64_t pages = 1;
-    for (auto policy : {MergePolicyType::error, MergePolicyType::overwrite, MergePolicyType::rollback}) {
+    for (auto policy :
+         {MergePolicyType::error, MergePolicyType::overwrite, MergePolicyType::rollback}) {
         auto editor = stack->newBackgroundContext();
         editor->setMergePolicy(policy);
         auto copy = editor->existingObject(id);
@@ -198,7 +204,8 @@ TEST_F(ContextTest, AMergingContextTakesOtherSavesUnderItsOwnChanges) {
     EXPECT_EQ(book->value("pages"), platform::AttributeValue(std::int64_t{474}));
     EXPECT_EQ(text(book, "shelf"), "Mine");
     main->save();  // no conflict: the merge moved the object's version on
-    EXPECT_EQ(text(stack->newBackgroundContext()->existingObject(book->objectID()), "shelf"), "Mine");
+    EXPECT_EQ(text(stack->newBackgroundContext()->existingObject(book->objectID()), "shelf"),
+              "Mine");
 
     main->setAutomaticallyMergesChangesFromParent(false);
     copy->setValue("pages", std::int64_t{1});

@@ -39,12 +39,12 @@ TEST_F(CoreDataStackTest, FindsTheModelByNameAndNamesTheContainerAfterIt) {
     stack->save(stack->mainContext());
     EXPECT_EQ(queryNumber(root() / "stores" / "Library.sqlite", "SELECT COUNT(*) FROM Book"), 1);
 
-    EXPECT_EQ(errorKindOf([] { CoreDataStack::withModelFileName("Atlas"); }), Kind::noCoreDataModel);
+    EXPECT_EQ(errorKindOf([] { CoreDataStack::withModelFileName("Atlas"); }),
+              Kind::noCoreDataModel);
     auto unreadable = CoreDataStack::withModelURL(root() / "models" / "Missing.datamodel");
     EXPECT_EQ(errorKindOf([&] { unreadable->mainContext(); }), Kind::cantFindObjectModel);
     EXPECT_EQ(unreadable->container(), nullptr);
-    EXPECT_EQ(errorKindOf([&] { stack->configureContainer(); }),
-              Kind::containerAlreadyConfigured);
+    EXPECT_EQ(errorKindOf([&] { stack->configureContainer(); }), Kind::containerAlreadyConfigured);
 }
 
 TEST_F(CoreDataStackTest, ConfigurationChangesOnlyBeforeSetUpAndWarnsAfter) {
@@ -158,8 +158,8 @@ TEST_F(CoreDataStackTest, FileStoreOptionsReachTheFile) {
     EXPECT_GT(queryNumber(file, "PRAGMA freelist_count"), 0);
 
     auto configuration = SQLConfiguration(file);
-    configuration.pragmas = std::map<std::string, SQLConfiguration::PragmaValue>{
-        {"user_version", std::int64_t{42}}};
+    configuration.pragmas =
+        std::map<std::string, SQLConfiguration::PragmaValue>{{"user_version", std::int64_t{42}}};
     configuration.analyze = true;
     configuration.vacuum = true;
     makeStack(StoreOption::sql(configuration))->configureContainer();

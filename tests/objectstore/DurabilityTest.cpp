@@ -70,8 +70,9 @@ TEST_F(DurabilityTest, AProcessKilledWhileSavingLeavesOnlyWholeSaves) {
     ::close(pipeEnds[0]);
     ASSERT_GE(reported, 3);
 
-    EXPECT_EQ(queryNumber(file, "SELECT COUNT(*) FROM pragma_integrity_check WHERE "
-                                "integrity_check = 'ok'"),
+    EXPECT_EQ(queryNumber(file,
+                          "SELECT COUNT(*) FROM pragma_integrity_check WHERE "
+                          "integrity_check = 'ok'"),
               1);
     auto context = makeStack(fileStore(file))->mainContext();
     std::map<std::int64_t, int> booksOfRound;
@@ -83,5 +84,6 @@ TEST_F(DurabilityTest, AProcessKilledWhileSavingLeavesOnlyWholeSaves) {
     ASSERT_GE(static_cast<std::int64_t>(booksOfRound.size()), reported);
     for (const auto& [round, books] : booksOfRound)
         EXPECT_EQ(books, booksPerRound) << "round " << round;
-    EXPECT_EQ(shelves, (std::set<std::string>{"round " + std::to_string(booksOfRound.rbegin()->first)}));
+    EXPECT_EQ(shelves,
+              (std::set<std::string>{"round " + std::to_string(booksOfRound.rbegin()->first)}));
 }

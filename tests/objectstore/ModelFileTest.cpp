@@ -2,9 +2,9 @@
 
 #include <string>
 
+#include "StoreFixture.h"
 #include "platform/ObjectStore.h"
 #include "platform/sqlite/ModelFile.h"
-#include "StoreFixture.h"
 
 using platform::AttributeType;
 using platform::AttributeValue;
@@ -26,7 +26,8 @@ TEST(ModelFile, DeclaresEntitiesAttributesDefaultsAndConfigurations) {
     EXPECT_EQ(model.entitiesInConfiguration(std::nullopt).size(), 2u);
     EXPECT_TRUE(model.entitiesInConfiguration("Attic").empty());
 
-    const auto quoted = parseModel("entity Note\n  text: string = \"a = b\"\n  weight: decimal = 2.5\n");
+    const auto quoted =
+        parseModel("entity Note\n  text: string = \"a = b\"\n  weight: decimal = 2.5\n");
     EXPECT_EQ(quoted.entity("Note")->attribute("text")->defaultValue,
               AttributeValue(std::string("a = b")));
     EXPECT_EQ(quoted.entity("Note")->attribute("weight")->defaultValue, AttributeValue(2.5));
@@ -38,7 +39,8 @@ TEST(ModelFile, MalformedDeclarationsNameTheirLine) {
         {"  title: string\n", "line 1: an attribute outside any entity"},
         {"entity Book\n  title: text\n", "line 2: unknown type \"text\""},
         {"entity Book\nentity Book\n", "line 2: the entity \"Book\" is declared twice"},
-        {"entity Book\n  a: string\n  a: integer\n", "line 3: the attribute \"a\" is declared twice"},
+        {"entity Book\n  a: string\n  a: integer\n",
+         "line 3: the attribute \"a\" is declared twice"},
         {"entity Book\n  pages: integer = many\n", "line 2: the default doesn't fit"},
         {"entity Book\n  Z_PK: integer\n", "line 2: \"Z_PK\" is not a usable attribute name"},
         {"entity Book\nconfiguration Shelf: Poem\n", "line 2: no entity \"Poem\""},

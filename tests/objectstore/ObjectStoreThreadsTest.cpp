@@ -45,7 +45,8 @@ TEST_F(ObjectStoreThreads, ConcurrentSavesAllLandAndTheObserverSeesEachInTurn) {
             for (int s = 0; s < savesEach; ++s) {
                 context->performAndWait([&] {
                     for (int b = 0; b < booksPerSave; ++b)
-                        addBook(*context, "Writer " + std::to_string(w) + " book " + std::to_string(s * 10 + b));
+                        addBook(*context, "Writer " + std::to_string(w) + " book " +
+                                              std::to_string(s * 10 + b));
                     copy->setValue("pages", std::int64_t{w * 100 + s});
                     context->save();
                 });

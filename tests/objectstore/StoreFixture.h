@@ -88,7 +88,8 @@ class StoreFixture : public ::testing::Test {
 
   private:
     static std::filesystem::path makeRoot() {
-        std::string pattern = (std::filesystem::temp_directory_path() / "objectstore-XXXXXX").string();
+        std::string pattern =
+            (std::filesystem::temp_directory_path() / "objectstore-XXXXXX").string();
         return ::mkdtemp(pattern.data());
     }
     static platform::Services services(platform::ObjectStore& store) {

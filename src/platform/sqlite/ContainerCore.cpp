@@ -47,7 +47,8 @@ void ContainerCore::enroll(const std::shared_ptr<Context>& context) {
     contexts_.push_back(context);
 }
 
-void ContainerCore::broadcast(const Context& from, const std::shared_ptr<const SavedChanges>& saved) {
+void ContainerCore::broadcast(const Context& from,
+                              const std::shared_ptr<const SavedChanges>& saved) {
     std::vector<std::shared_ptr<Context>> others;
     {
         std::lock_guard guard(mutex_);

@@ -140,7 +140,8 @@ class Parser {
         while (!text.empty()) {
             auto newline = text.find('\n');
             auto current = text.substr(0, newline);
-            text = newline == std::string_view::npos ? std::string_view() : text.substr(newline + 1);
+            text =
+                newline == std::string_view::npos ? std::string_view() : text.substr(newline + 1);
             ++line;
             declaration(trimmed(current), line);
         }

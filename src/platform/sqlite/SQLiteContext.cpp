@@ -13,9 +13,9 @@ namespace {
 void requireAttributes(const EntityDescription& entity, const FetchRequest& request) {
     auto require = [&](const std::string& key) {
         if (!entity.attribute(key))
-            throw ObjectStoreError(ObjectStoreError::Code::unknownAttribute,
-                                   "The entity " + entity.name + " has no attribute \"" + key +
-                                       "\"");
+            throw ObjectStoreError(
+                ObjectStoreError::Code::unknownAttribute,
+                "The entity " + entity.name + " has no attribute \"" + key + "\"");
     };
     for (const auto& condition : request.predicate)
         require(condition.key);
@@ -24,9 +24,10 @@ void requireAttributes(const EntityDescription& entity, const FetchRequest& requ
 }
 
 bool matches(const Object& object, const FetchRequest& request) {
-    return std::all_of(request.predicate.begin(), request.predicate.end(), [&](const auto& condition) {
-        return satisfies(object.values[object.indexOf(condition.key)], condition);
-    });
+    return std::all_of(
+        request.predicate.begin(), request.predicate.end(), [&](const auto& condition) {
+            return satisfies(object.values[object.indexOf(condition.key)], condition);
+        });
 }
 
 // The request's order, then the order of identity, as the store sorts.
@@ -49,8 +50,7 @@ bool PendingChanges::touches(const std::string& entityName) const {
            std::any_of(deleted.begin(), deleted.end(), named);
 }
 
-std::shared_ptr<Context> Context::make(std::shared_ptr<ContainerCore> container,
-                                       std::string name) {
+std::shared_ptr<Context> Context::make(std::shared_ptr<ContainerCore> container, std::string name) {
     std::shared_ptr<Context> context(new Context(container, std::move(name)));
     container->enroll(context);
     return context;
@@ -138,8 +138,8 @@ std::vector<ManagedObjectPtr> Context::fetch(const FetchRequest& request) {
     // With unsaved changes the store's answer isn't final: take every row and
     // decide here, on the objects as this context has them.
     const bool changedHere = pending_.touches(entity.name);
-    auto rows = store.access(
-        [&](Store& open) { return open.select(entity, request, changedHere); });
+    auto rows =
+        store.access([&](Store& open) { return open.select(entity, request, changedHere); });
     std::vector<std::shared_ptr<Object>> objects;
     objects.reserve(rows.size());
     for (const auto& row : rows)
@@ -155,9 +155,8 @@ void Context::applyPendingChanges(const FetchRequest& request,
         if (id.entityName == request.entityName)
             objects.push_back(object);
     }
-    std::erase_if(objects, [&](const auto& object) {
-        return object->deleted || !matches(*object, request);
-    });
+    std::erase_if(
+        objects, [&](const auto& object) { return object->deleted || !matches(*object, request); });
     std::stable_sort(objects.begin(), objects.end(), [&](const auto& left, const auto& right) {
         return precedes(*left, *right, request);
     });
@@ -171,8 +170,9 @@ ManagedObjectPtr Context::existingObject(const ObjectID& id) {
         return object;
     if (!id.isTemporaryID()) {
         const auto& entity = container_->entity(id.entityName);
-        auto row = container_->storeFor(entity.name).access(
-            [&](Store& open) { return open.row(entity, id.primaryKey); });
+        auto row = container_->storeFor(entity.name).access([&](Store& open) {
+            return open.row(entity, id.primaryKey);
+        });
         if (row)
             return objectForRow(entity, *row);
     }

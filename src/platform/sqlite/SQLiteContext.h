@@ -24,7 +24,8 @@ struct PendingChanges {
 
 class Context final : public ManagedObjectContext, public std::enable_shared_from_this<Context> {
   public:
-    static std::shared_ptr<Context> make(std::shared_ptr<ContainerCore> container, std::string name);
+    static std::shared_ptr<Context> make(std::shared_ptr<ContainerCore> container,
+                                         std::string name);
 
     std::string name() const override;
     void setName(std::string name) override;

@@ -27,8 +27,8 @@ int openFlags(Database::Mode mode) {
 
 Database::Database(const std::filesystem::path& path, Mode mode) {
     const auto name = mode == Mode::inMemory ? std::string(":memory:") : path.string();
-    const int code = sqlite3_open_v2(name.c_str(), &db_, openFlags(mode) | SQLITE_OPEN_NOMUTEX,
-                                     nullptr);
+    const int code =
+        sqlite3_open_v2(name.c_str(), &db_, openFlags(mode) | SQLITE_OPEN_NOMUTEX, nullptr);
     if (code != SQLITE_OK) {
         std::string message = db_ ? sqlite3_errmsg(db_) : sqlite3_errstr(code);
         sqlite3_close(db_);
@@ -70,8 +70,7 @@ void Database::fail(int code, std::string_view what) const {
 }
 
 Statement::Statement(Database& database, const std::string& sql) : database_(database) {
-    const int code =
-        sqlite3_prepare_v2(database.handle(), sql.c_str(), -1, &statement_, nullptr);
+    const int code = sqlite3_prepare_v2(database.handle(), sql.c_str(), -1, &statement_, nullptr);
     if (code != SQLITE_OK)
         database.fail(code, sqlite3_errmsg(database.handle()));
 }
@@ -134,7 +133,8 @@ AttributeValue Statement::value(int column, AttributeType type) const {
     switch (type) {
         case AttributeType::string: {
             auto* text = reinterpret_cast<const char*>(sqlite3_column_text(statement_, column));
-            return std::string(text, static_cast<std::size_t>(sqlite3_column_bytes(statement_, column)));
+            return std::string(text,
+                               static_cast<std::size_t>(sqlite3_column_bytes(statement_, column)));
         }
         case AttributeType::integer:
             return static_cast<std::int64_t>(sqlite3_column_int64(statement_, column));
@@ -144,8 +144,8 @@ AttributeValue Statement::value(int column, AttributeType type) const {
             return sqlite3_column_int(statement_, column) != 0;
         case AttributeType::data: {
             auto* bytes = static_cast<const std::uint8_t*>(sqlite3_column_blob(statement_, column));
-            return std::vector<std::uint8_t>(
-                bytes, bytes + sqlite3_column_bytes(statement_, column));
+            return std::vector<std::uint8_t>(bytes,
+                                             bytes + sqlite3_column_bytes(statement_, column));
         }
     }
     return std::monostate();

@@ -31,7 +31,8 @@ class ContextAccess {
 
 }  // namespace
 
-Object::Object(const EntityDescription& described, ObjectID identity, std::weak_ptr<Context> context)
+Object::Object(const EntityDescription& described, ObjectID identity,
+               std::weak_ptr<Context> context)
     : entity(described),
       id(std::move(identity)),
       values(described.attributes.size()),
@@ -62,9 +63,9 @@ void Object::setValue(const std::string& attribute, AttributeValue value) {
     ContextAccess access(context_);
     const auto index = indexOf(attribute);
     if (!fitsAttributeType(value, entity.attributes[index].type))
-        throw ObjectStoreError(ObjectStoreError::Code::wrongValueType,
-                               "The value doesn't fit the attribute \"" + attribute + "\" of " +
-                                   entity.name);
+        throw ObjectStoreError(
+            ObjectStoreError::Code::wrongValueType,
+            "The value doesn't fit the attribute \"" + attribute + "\" of " + entity.name);
     values[index] = std::move(value);
     changed[index] = inserted || values[index] != committed[index];
     if (access.context() && !inserted && !deleted)

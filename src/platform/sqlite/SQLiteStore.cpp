@@ -109,9 +109,9 @@ Store::Store(const PersistentStoreDescription& description, const ObjectModel& m
     } catch (const ObjectStoreError& error) {
         if (error.code() == ObjectStoreError::Code::storeUnopenable)
             throw;
-        throw ObjectStoreError(ObjectStoreError::Code::storeUnopenable,
-                               "Can't open the store at " + description.url.string() + ": " +
-                                   error.what());
+        throw ObjectStoreError(
+            ObjectStoreError::Code::storeUnopenable,
+            "Can't open the store at " + description.url.string() + ": " + error.what());
     }
 }
 
@@ -198,8 +198,8 @@ std::vector<StoredRow> Store::select(const EntityDescription& entity, const Fetc
 }
 
 std::optional<StoredRow> Store::row(const EntityDescription& entity, std::int64_t primaryKey) {
-    auto& statement =
-        prepared("SELECT " + columnList(entity) + " FROM " + sqlIdentifier(entity.name) + " WHERE Z_PK = ?");
+    auto& statement = prepared("SELECT " + columnList(entity) + " FROM " +
+                               sqlIdentifier(entity.name) + " WHERE Z_PK = ?");
     statement.bind(1, primaryKey);
     std::optional<StoredRow> found;
     if (statement.step())
@@ -216,8 +216,8 @@ std::int64_t Store::insert(const EntityDescription& entity,
     std::string placeholders = "?, ?";
     for (std::size_t i = 0; i < values.size(); ++i)
         placeholders += ", ?";
-    auto& statement = prepared("INSERT INTO " + sqlIdentifier(entity.name) + " (" + columnList(entity) +
-                               ") VALUES (" + placeholders + ")");
+    auto& statement = prepared("INSERT INTO " + sqlIdentifier(entity.name) + " (" +
+                               columnList(entity) + ") VALUES (" + placeholders + ")");
     statement.bind(1, primaryKey ? AttributeValue(*primaryKey) : AttributeValue());
     statement.bind(2, version);
     for (std::size_t i = 0; i < values.size(); ++i)

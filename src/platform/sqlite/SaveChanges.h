@@ -11,7 +11,6 @@ namespace platform::sqlite {
 // a save made since an object was read is resolved by the policy, or, with
 // the error policy, fails the save. On failure nothing of that store is
 // written and its objects keep their changes.
-SavedChanges saveChanges(ContainerCore& container, PendingChanges& pending,
-                         MergePolicyType policy);
+SavedChanges saveChanges(ContainerCore& container, PendingChanges& pending, MergePolicyType policy);
 
 }  // namespace platform::sqlite

@@ -5,59 +5,28 @@
 // conflict checks cost.
 #include <benchmark/benchmark.h>
 #include <sqlite3.h>
-#include <stdlib.h>
 
 #include <filesystem>
-#include <fstream>
 #include <string>
 #include <vector>
 
-#include "platform/Platform.h"
-#include "platform/sqlite/SQLiteObjectStore.h"
-#include "support/CoreDataStack.h"
+#include "objectstore/ScratchObjectStore.h"
 
 namespace {
 
 constexpr int objectCount = 10'000;
 
-// A scratch folder with the benchmark's model, and the store installed.
-class Scratch {
+// The benchmark's model in a scratch folder, with the store installed.
+class Scratch : public objectstore::ScratchObjectStore {
   public:
     Scratch()
-        : root_(makeRoot()),
-          objectStore_({root_}, root_ / "stores"),
-          install_(services(objectStore_)) {
-        std::ofstream(root_ / "Library.datamodel")
-            << "entity Book\n  title: string\n  pages: integer = 0\n  rating: decimal?\n";
-    }
-    ~Scratch() {
-        std::error_code ignored;
-        std::filesystem::remove_all(root_, ignored);
-    }
-    std::filesystem::path file(const std::string& name) const { return root_ / name; }
+        : ScratchObjectStore(
+              "entity Book\n  title: string\n  pages: integer = 0\n  rating: decimal?\n") {}
 
-    std::unique_ptr<quillbox::CoreDataStack> stack(const std::string& fileName) {
-        quillbox::CoreDataStack::Configuration configuration(root_ / "Library.datamodel");
-        configuration.storeOption =
-            quillbox::StoreOption::sql(quillbox::SQLConfiguration(file(fileName)));
-        return std::make_unique<quillbox::CoreDataStack>(configuration);
+    std::filesystem::path file(const std::string& name) const { return root() / name; }
+    std::unique_ptr<quillbox::CoreDataStack> stack(const std::string& fileName) const {
+        return makeStack(fileStore(file(fileName)));
     }
-
-  private:
-    static std::filesystem::path makeRoot() {
-        std::string pattern =
-            (std::filesystem::temp_directory_path() / "storebench-XXXXXX").string();
-        return ::mkdtemp(pattern.data());
-    }
-    static platform::Services services(platform::ObjectStore& store) {
-        platform::Services services;
-        services.objectStore = &store;
-        return services;
-    }
-
-    std::filesystem::path root_;
-    platform::sqlite::SQLiteObjectStore objectStore_;
-    platform::ScopedInstall install_;
 };
 
 std::string titleOf(int i) {

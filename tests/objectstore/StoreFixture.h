@@ -1,18 +1,15 @@
 #pragma once
 
 #include <gtest/gtest.h>
-#include <stdlib.h>
 
 #include <filesystem>
-#include <fstream>
 #include <memory>
 #include <string>
 #include <vector>
 
+#include "ScratchObjectStore.h"
 #include "platform/Platform.h"
 #include "platform/sqlite/SQLiteDatabase.h"
-#include "platform/sqlite/SQLiteObjectStore.h"
-#include "support/CoreDataStack.h"
 
 namespace objectstore {
 
@@ -29,35 +26,11 @@ entity Author
 configuration Catalogue: Book
 )";
 
-// A scratch folder with the model "Library" in it, and the SQLite object
-// store installed as the platform's for the test.
-class StoreFixture : public ::testing::Test {
+// The model "Library" in a scratch folder with the SQLite object store
+// installed, and helpers over its books.
+class StoreFixture : public ::testing::Test, protected ScratchObjectStore {
   protected:
-    StoreFixture()
-        : root_(makeRoot()),
-          objectStore_({root_ / "models"}, root_ / "stores"),
-          install_(services(objectStore_)) {
-        std::filesystem::create_directories(root_ / "models");
-        std::ofstream(root_ / "models" / "Library.datamodel") << libraryModel;
-    }
-    ~StoreFixture() override {
-        std::error_code ignored;
-        std::filesystem::remove_all(root_, ignored);
-    }
-
-    const std::filesystem::path& root() const { return root_; }
-    std::filesystem::path modelURL() const { return root_ / "models" / "Library.datamodel"; }
-
-    std::unique_ptr<quillbox::CoreDataStack> makeStack(
-        quillbox::StoreOption option = quillbox::StoreOption::inMemory()) {
-        auto configuration = quillbox::CoreDataStack::Configuration(modelURL());
-        configuration.storeOption = std::move(option);
-        return std::make_unique<quillbox::CoreDataStack>(configuration);
-    }
-
-    static quillbox::StoreOption fileStore(const std::filesystem::path& path) {
-        return quillbox::StoreOption::sql(quillbox::SQLConfiguration(path));
-    }
+    StoreFixture() : ScratchObjectStore(libraryModel) {}
 
     static platform::ManagedObjectPtr addBook(platform::ManagedObjectContext& context,
                                               const std::string& title, std::int64_t pages = 100) {
@@ -85,22 +58,6 @@ class StoreFixture : public ::testing::Test {
         platform::sqlite::Statement statement(database, sql);
         return statement.step() ? statement.integer(0) : -1;
     }
-
-  private:
-    static std::filesystem::path makeRoot() {
-        std::string pattern =
-            (std::filesystem::temp_directory_path() / "objectstore-XXXXXX").string();
-        return ::mkdtemp(pattern.data());
-    }
-    static platform::Services services(platform::ObjectStore& store) {
-        platform::Services services;
-        services.objectStore = &store;
-        return services;
-    }
-
-    std::filesystem::path root_;
-    platform::sqlite::SQLiteObjectStore objectStore_;
-    platform::ScopedInstall install_;
 };
 
 }  // namespace objectstore

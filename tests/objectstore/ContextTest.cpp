@@ -213,3 +213,15 @@ TEST_F(ContextTest, AMergingContextTakesOtherSavesUnderItsOwnChanges) {
     background->save();
     EXPECT_EQ(book->value("pages"), platform::AttributeValue(std::int64_t{474}));
 }
+
+TEST_F(ContextTest, ObjectsStayReadableAfterTheirStackIsGone) {
+    platform::ManagedObjectPtr survivor;
+    {
+        auto shortLived = makeStack();
+        survivor = addBook(*shortLived->mainContext(), "Emma");
+    }
+    EXPECT_EQ(survivor->entityName(), "Book");
+    EXPECT_EQ(text(survivor, "title"), "Emma");
+    survivor->setValue("pages", std::int64_t{3});
+    EXPECT_TRUE(survivor->hasChanges());
+}

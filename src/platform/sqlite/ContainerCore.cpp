@@ -14,7 +14,7 @@ ObjectsDidChange SavedChanges::summary() const {
 }
 
 const EntityDescription& ContainerCore::entity(const std::string& entityName) const {
-    if (auto* found = model_.entity(entityName))
+    if (auto* found = model_->entity(entityName))
         return *found;
     throw ObjectStoreError(ObjectStoreError::Code::unknownEntity,
                            "The model has no entity \"" + entityName + "\"");
@@ -31,7 +31,7 @@ Store& ContainerCore::storeFor(const std::string& entityName) {
 }
 
 void ContainerCore::addStore(const PersistentStoreDescription& description) {
-    auto store = std::make_unique<Store>(description, model_);
+    auto store = std::make_unique<Store>(description, *model_);
     std::lock_guard guard(mutex_);
     stores_.push_back(std::move(store));
 }

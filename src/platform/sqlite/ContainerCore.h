@@ -31,11 +31,17 @@ struct SavedChanges {
 // contexts to tell of each save. Contexts keep it alive.
 class ContainerCore {
   public:
-    explicit ContainerCore(ObjectModel model) : model_(std::move(model)) {}
+    explicit ContainerCore(ObjectModel model)
+        : model_(std::make_shared<const ObjectModel>(std::move(model))) {}
 
-    const ObjectModel& model() const { return model_; }
+    const ObjectModel& model() const { return *model_; }
     // Throws unknownEntity.
     const EntityDescription& entity(const std::string& entityName) const;
+    // The entity of this model, kept alive with the model: objects hold it,
+    // and may outlive their context and container.
+    std::shared_ptr<const EntityDescription> sharedEntity(const EntityDescription& entity) const {
+        return {model_, &entity};
+    }
     // The first store that holds the entity; throws unknownEntity when none.
     Store& storeFor(const std::string& entityName);
 
@@ -48,7 +54,7 @@ class ContainerCore {
     void broadcast(const Context& from, const std::shared_ptr<const SavedChanges>& saved);
 
   private:
-    const ObjectModel model_;
+    const std::shared_ptr<const ObjectModel> model_;
     mutable std::mutex mutex_;
     std::vector<std::unique_ptr<Store>> stores_;
     std::vector<std::weak_ptr<Context>> contexts_;

@@ -97,8 +97,9 @@ void Context::performAndWait(const std::function<void()>& block) {
 ManagedObjectPtr Context::insertNewObject(const std::string& entityName) {
     std::lock_guard access(gate_);
     const auto& entity = container_->entity(entityName);
-    auto object = std::make_shared<Object>(entity, ObjectID{entity.name, --lastTemporaryKey_},
-                                           weak_from_this());
+    auto object =
+        std::make_shared<Object>(container_->sharedEntity(entity),
+                                 ObjectID{entity.name, --lastTemporaryKey_}, weak_from_this());
     for (std::size_t i = 0; i < entity.attributes.size(); ++i)
         object->values[i] = entity.attributes[i].defaultValue;
     object->inserted = true;
@@ -121,7 +122,7 @@ std::shared_ptr<Object> Context::objectForRow(const EntityDescription& entity,
     const ObjectID id{entity.name, row.primaryKey};
     auto object = registeredObject(id);
     if (!object) {
-        object = std::make_shared<Object>(entity, id, weak_from_this());
+        object = std::make_shared<Object>(container_->sharedEntity(entity), id, weak_from_this());
         registered_[id] = object;
         object->settle(row.values, row.version);
     } else if (!object->changedAny() && !object->deleted) {

@@ -31,13 +31,14 @@ class ContextAccess {
 
 }  // namespace
 
-Object::Object(const EntityDescription& described, ObjectID identity,
+Object::Object(std::shared_ptr<const EntityDescription> described, ObjectID identity,
                std::weak_ptr<Context> context)
-    : entity(described),
+    : described_(std::move(described)),
+      entity(*described_),
       id(std::move(identity)),
-      values(described.attributes.size()),
-      committed(described.attributes.size()),
-      changed(described.attributes.size(), false),
+      values(entity.attributes.size()),
+      committed(entity.attributes.size()),
+      changed(entity.attributes.size(), false),
       context_(std::move(context)) {}
 
 ObjectID Object::objectID() const {

@@ -15,7 +15,8 @@ class Context;
 // gate themselves.
 class Object final : public ManagedObject, public std::enable_shared_from_this<Object> {
   public:
-    Object(const EntityDescription& entity, ObjectID id, std::weak_ptr<Context> context);
+    Object(std::shared_ptr<const EntityDescription> entity, ObjectID id,
+           std::weak_ptr<Context> context);
 
     std::string entityName() const override { return entity.name; }
     ObjectID objectID() const override;
@@ -35,6 +36,10 @@ class Object final : public ManagedObject, public std::enable_shared_from_this<O
     // Drops its changes.
     void revert();
 
+  private:
+    const std::shared_ptr<const EntityDescription> described_;
+
+  public:
     const EntityDescription& entity;
     ObjectID id;
     std::vector<AttributeValue> values;

@@ -1,7 +1,9 @@
 #include "main/BuildInfo.h"
 #include "main/PlatformAssembly.h"
+#include "platform/sessionbus/SessionBusScreenSaverInhibition.h"
 #include "platform/x11/X11Connection.h"
 #include "platform/x11/X11Desktop.h"
+#include "platform/x11/X11ScreenSaverSuspension.h"
 #include "support/Fatal.h"
 #include "views/QtApplication.h"
 #include "views/QtMainLoop.h"
@@ -18,13 +20,18 @@ class LinuxDesktop final : public PlatformAssembly {
   public:
     LinuxDesktop(platform::qt::QtMainLoop& loop,
                  std::unique_ptr<platform::x11::X11Connection> display)
-        : desktop_(openDesktop(loop, std::move(display))), toolkit_(&application_) {}
+        : desktop_(openDesktop(loop, std::move(display))),
+          toolkit_(&application_),
+          powerConnection_(openPowerConnection()),
+          screenSaverSuspension_(powerConnection_->connection()),
+          power_(QStringLiteral("Tarnwick"), screenSaverSuspension_) {}
 
     platform::Services services() override {
         auto services = desktop_->services();
         services.application = &application_;
         services.toolkit = &toolkit_;
         services.statusBar = &statusBar_;
+        services.powerManagement = &power_;
         return services;
     }
 
@@ -42,10 +49,22 @@ class LinuxDesktop final : public PlatformAssembly {
         return desktop;
     }
 
+    // The screen saver is suspended for as long as the connection that asked
+    // lives, so power management keeps a connection of its own.
+    static std::unique_ptr<platform::x11::X11Connection> openPowerConnection() {
+        auto connection = platform::x11::X11Connection::open();
+        if (!connection)
+            quillbox::fatalError("tarnwick: lost the X display while starting");
+        return connection;
+    }
+
     std::unique_ptr<platform::x11::X11Desktop> desktop_;
     platform::qt::QtApplication application_;
     platform::qt::QtToolkit toolkit_;
     platform::qt::QtStatusBar statusBar_;
+    std::unique_ptr<platform::x11::X11Connection> powerConnection_;
+    platform::x11::X11ScreenSaverSuspension screenSaverSuspension_;
+    platform::sessionbus::SessionBusScreenSaverInhibition power_;
 };
 
 }  // namespace

@@ -47,5 +47,8 @@ FileManager& fileManager() { return require(current.fileManager, "file manager")
 FileViewer& fileViewer() { return require(current.fileViewer, "file viewer"); }
 PreferencesStore& preferences() { return require(current.preferences, "preferences store"); }
 ObjectStore& objectStore() { return require(current.objectStore, "object store"); }
+PowerManagement& powerManagement() {
+    return require(current.powerManagement, "power management");
+}
 
 }  // namespace platform

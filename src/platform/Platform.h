@@ -11,6 +11,7 @@
 #include "platform/LoginItemService.h"
 #include "platform/MainLoop.h"
 #include "platform/ObjectStore.h"
+#include "platform/PowerManagement.h"
 #include "platform/PreferencesStore.h"
 #include "platform/ProcessLauncher.h"
 #include "platform/StatusBar.h"
@@ -43,6 +44,7 @@ struct Services {
     FileViewer* fileViewer = nullptr;
     PreferencesStore* preferences = nullptr;
     ObjectStore* objectStore = nullptr;
+    PowerManagement* powerManagement = nullptr;
 };
 
 // Makes the services the current platform until another is installed.
@@ -79,5 +81,6 @@ FileManager& fileManager();
 FileViewer& fileViewer();
 PreferencesStore& preferences();
 ObjectStore& objectStore();
+PowerManagement& powerManagement();
 
 }  // namespace platform

@@ -104,10 +104,20 @@ struct ConflictOutcome {
     std::int64_t pages;
     bool secondSaveFailed;
 };
+using ConflictCase = std::pair<MergePolicyType, ConflictOutcome>;
 
-class ConflictTest
-    : public ContextTest,
-      public ::testing::WithParamInterface<std::pair<MergePolicyType, ConflictOutcome>> {};
+std::string policyName(MergePolicyType policy) {
+    static const char* const names[] = {"error", "mergeByPropertyStoreTrump",
+                                        "mergeByPropertyObjectTrump", "overwrite", "rollback"};
+    return names[static_cast<int>(policy)];
+}
+
+// The cases print as their policy, so that their test names say which.
+void PrintTo(const ConflictCase& conflict, std::ostream* out) {
+    *out << policyName(conflict.first);
+}
+
+class ConflictTest : public ContextTest, public ::testing::WithParamInterface<ConflictCase> {};
 
 TEST_P(ConflictTest, TwoContextsSavingOneObjectResolveByThePolicy) {
     const auto& [policy, expected] = GetParam();
@@ -154,7 +164,10 @@ INSTANTIATE_TEST_SUITE_P(
         std::pair{MergePolicyType::mergeByPropertyObjectTrump,
                   ConflictOutcome{"Emma, second", "B", 200, false}},
         std::pair{MergePolicyType::overwrite, ConflictOutcome{"Emma, second", "A", 200, false}},
-        std::pair{MergePolicyType::rollback, ConflictOutcome{"Emma, first", "B", 100, false}}));
+        std::pair{MergePolicyType::rollback, ConflictOutcome{"Emma, first", "B", 100, false}}),
+    [](const ::testing::TestParamInfo<ConflictCase>& test) {
+        return policyName(test.param.first);
+    });
 
 TEST_F(ContextTest, AnObjectDeletedMeanwhileIsAConflictOrGoneOrBackByThePolicy) {
     auto setup = stack->newBackgroundContext();

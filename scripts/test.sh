@@ -18,7 +18,7 @@ cd "$(dirname "$0")/.."
 # Compiled for finding faults, not for speed: light optimisation, line
 # tables only.
 sanitizer_flags=(-DCMAKE_BUILD_TYPE=RelWithDebInfo "-DCMAKE_CXX_FLAGS_RELWITHDEBINFO=-O1 -g1 -DNDEBUG")
-threaded_suites=(platform_tests support_tests shortcuts_tests)
+threaded_suites=(platform_tests support_tests shortcuts_tests objectstore_tests)
 
 rules() {
   scripts/check-rules.sh

@@ -60,6 +60,8 @@ class HandlerList {
 
     // True when the token named a handler of this list.
     bool remove(Token token) { return state_->remove(token); }
+    // Removes every handler; a round under way calls no further one.
+    void clear() { state_->clear(); }
 
     bool contains(Token token) const {
         std::lock_guard lock(state_->mutex);

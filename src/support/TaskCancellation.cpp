@@ -1,7 +1,7 @@
 #include "support/TaskCancellation.h"
 
+#include <optional>
 #include <utility>
-#include <vector>
 
 namespace quillbox {
 
@@ -10,29 +10,24 @@ bool TaskCancellation::isCancelled() const {
 }
 
 void TaskCancellation::cancel() {
-    auto handlers = lock_.withLock([&] {
-        cancelled_ = true;
-        return std::exchange(handlers_, {});
-    });
-    for (auto& [id, handler] : handlers)
-        handler();
+    if (lock_.withLock([&] { return std::exchange(cancelled_, true); }))
+        return;
+    handlers_.call();
+    handlers_.clear();  // each runs once: what they hold goes now
 }
 
+// Registered under the lock that cancel() sets the flag under, so that a
+// handler is either in the list when the handlers are called or runs here.
 platform::Subscription TaskCancellation::onCancel(std::function<void()> handler) {
-    const auto id = lock_.withLock([&]() -> std::uint64_t {
+    auto registered = lock_.withLock([&]() -> std::optional<platform::Subscription> {
         if (cancelled_)
-            return 0;
-        handlers_.emplace(++lastId_, std::move(handler));
-        return lastId_;
+            return std::nullopt;
+        return handlers_.subscribe(std::move(handler));
     });
-    if (id == 0) {
-        handler();
-        return {};
-    }
-    return platform::Subscription([weak = weak_from_this(), id] {
-        if (auto self = weak.lock())
-            self->lock_.withLock([&] { self->handlers_.erase(id); });
-    });
+    if (registered)
+        return std::move(*registered);
+    handler();
+    return {};
 }
 
 }  // namespace quillbox

@@ -1,10 +1,8 @@
 #pragma once
 
-#include <cstdint>
 #include <functional>
-#include <map>
-#include <memory>
 
+#include "platform/HandlerList.h"
 #include "platform/Subscription.h"
 #include "support/MutexLock.h"
 
@@ -12,7 +10,7 @@ namespace quillbox {
 
 // The cancellation of one task: a flag that is set once, and the handlers
 // that the task's awaits register to hear of it.
-class TaskCancellation : public std::enable_shared_from_this<TaskCancellation> {
+class TaskCancellation {
   public:
     bool isCancelled() const;
 
@@ -28,8 +26,7 @@ class TaskCancellation : public std::enable_shared_from_this<TaskCancellation> {
   private:
     mutable MutexLock lock_;
     bool cancelled_ = false;
-    std::uint64_t lastId_ = 0;
-    std::map<std::uint64_t, std::function<void()>> handlers_;
+    platform::HandlerList<> handlers_;
 };
 
 }  // namespace quillbox

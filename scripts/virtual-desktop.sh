@@ -26,12 +26,20 @@ done
 [ -s "$workdir/display" ] || { echo "virtual-desktop: Xvfb did not start" >&2; cat "$workdir/xvfb.log" >&2; exit 1; }
 export DISPLAY=":$(tr -d '\n' < "$workdir/display")"
 
-openbox --sm-disable >"$workdir/openbox.log" 2>&1 &
-wm_pid=$!
-for _ in $(seq 1 100); do
-  xprop -root _NET_SUPPORTING_WM_CHECK 2>/dev/null | grep -q 'window id' && break
+# The tests need the window manager (it is also what grants the program its
+# permission): wait until it has announced itself, starting it again if it
+# ended, however long a loaded machine makes that take.
+wm_pid=
+wm_runs() { xprop -root _NET_SUPPORTING_WM_CHECK 2>/dev/null | grep -q 'window id'; }
+for _ in $(seq 1 600); do
+  wm_runs && break
+  if [ -z "$wm_pid" ] || ! kill -0 "$wm_pid" 2>/dev/null; then
+    openbox --sm-disable >>"$workdir/openbox.log" 2>&1 &
+    wm_pid=$!
+  fi
   sleep 0.05
 done
+wm_runs || { echo "virtual-desktop: openbox did not start" >&2; cat "$workdir/openbox.log" >&2; exit 1; }
 
 status=0
 "$@" || status=$?

@@ -35,6 +35,13 @@ class PanelOnDesktopTest : public ::testing::Test {
   protected:
     PanelOnDesktopTest() { folders.markInstructionsSeen(); }
 
+    // Without a window manager the program lacks its permission and starts
+    // with the onboarding window, which none of these tests expects.
+    void SetUp() override {
+        ASSERT_TRUE(eventually([] { return Desktop().windowManagerRuns(); }, 10))
+            << "no window manager on the display";
+    }
+
     e2e::PrivateFolders folders;
 };
 

@@ -74,6 +74,7 @@ void RootCoordinator::build() {
     auto panel = platform::toolkit().makePanel();
     auto controller = std::make_shared<platform::WindowController>(panel);
     interactionController_ = std::make_shared<InteractionController>(controller);
+    updateController_ = std::make_shared<UpdateController>();
     listWindowViewModel_ =
         std::make_shared<ListWindowViewModel>(interactionController_, appsMonitor_);
     windowActions_ = std::make_unique<WindowActions>(*listWindowViewModel_);
@@ -257,8 +258,7 @@ void RootCoordinator::showChild(CoordinatorProtocol::Ref& slot, const ChildFacto
 }
 
 void RootCoordinator::checkForUpdates() {
-    // Update checks arrive with the update controller; the menu item is
-    // already in place.
+    updateController_->checkForUpdates();
 }
 
 void RootCoordinator::quit() {

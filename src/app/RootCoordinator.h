@@ -14,6 +14,7 @@
 #include "platform/Event.h"
 #include "platform/Subscription.h"
 #include "platform/Workspace.h"
+#include "services/UpdateController.h"
 #include "tracking/AppsMonitor.h"
 
 namespace tarnwick {
@@ -71,6 +72,8 @@ class RootCoordinator final : public CoordinatorProtocol,
     AppsMonitor& appsMonitor() const { return *appsMonitor_; }
     ListWindowViewModel& listWindowViewModel() const { return *listWindowViewModel_; }
     ListWindowView& listWindowView() const { return *listWindowView_; }
+    // Shared with the Settings window.
+    const std::shared_ptr<UpdateController>& updateController() const { return updateController_; }
 
     // The panel comes to the pointer at full opacity, without activating the
     // program, and follows the pointer's distance from then on.
@@ -105,6 +108,7 @@ class RootCoordinator final : public CoordinatorProtocol,
     std::shared_ptr<AppsMonitor> appsMonitor_;
     std::shared_ptr<platform::WindowController> mainWindowController_;
     std::shared_ptr<InteractionController> interactionController_;
+    std::shared_ptr<UpdateController> updateController_;
     std::shared_ptr<ListWindowViewModel> listWindowViewModel_;
     std::unique_ptr<WindowActions> windowActions_;
     std::unique_ptr<ListWindowView> listWindowView_;

@@ -1,5 +1,7 @@
 #include "main/BuildInfo.h"
 #include "main/PlatformAssembly.h"
+#include "platform/update/LinuxUpdater.h"
+#include "platform/update/RestartHelperLaunch.h"
 #include "platform/x11/X11Connection.h"
 #include "platform/x11/X11Desktop.h"
 #include "support/Fatal.h"
@@ -7,6 +9,7 @@
 #include "views/QtMainLoop.h"
 #include "views/QtStatusBar.h"
 #include "views/QtToolkit.h"
+#include "views/QtUpdateUserDriver.h"
 
 namespace tarnwick {
 
@@ -18,17 +21,32 @@ class LinuxDesktop final : public PlatformAssembly {
   public:
     LinuxDesktop(platform::qt::QtMainLoop& loop,
                  std::unique_ptr<platform::x11::X11Connection> display)
-        : desktop_(openDesktop(loop, std::move(display))), toolkit_(&application_) {}
+        : desktop_(openDesktop(loop, std::move(display))),
+          toolkit_(&application_),
+          updater_(loop, updateDialogues_, updaterConfiguration()) {}
 
     platform::Services services() override {
         auto services = desktop_->services();
         services.application = &application_;
         services.toolkit = &toolkit_;
         services.statusBar = &statusBar_;
+        services.updater = &updater_;
         return services;
     }
 
   private:
+    static platform::update::UpdaterConfiguration updaterConfiguration() {
+        platform::update::UpdaterConfiguration configuration;
+        configuration.version = build::number;
+        configuration.displayVersion = build::version;
+        configuration.feedURL = build::updateFeedURL;
+        configuration.publicEDKey = build::updatePublicEDKey;
+        std::error_code error;
+        configuration.executable = std::filesystem::read_symlink("/proc/self/exe", error);
+        configuration.relaunch = platform::update::relaunchThroughRestartHelper;
+        return configuration;
+    }
+
     static std::unique_ptr<platform::x11::X11Desktop> openDesktop(
         platform::qt::QtMainLoop& loop, std::unique_ptr<platform::x11::X11Connection> display) {
         platform::x11::X11Desktop::Options options;
@@ -46,6 +64,8 @@ class LinuxDesktop final : public PlatformAssembly {
     platform::qt::QtApplication application_;
     platform::qt::QtToolkit toolkit_;
     platform::qt::QtStatusBar statusBar_;
+    platform::qt::QtUpdateUserDriver updateDialogues_;
+    platform::update::LinuxUpdater updater_;
 };
 
 }  // namespace

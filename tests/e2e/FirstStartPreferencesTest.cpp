@@ -34,10 +34,7 @@ class FirstStartPreferencesTest : public ::testing::Test {
     PropertyList::Dictionary read() const { return e2e::readPreferenceFile(file()); }
 
     void write(const PropertyList::Dictionary& dictionary) const {
-        const auto bytes = PropertyListCodec::encodeBinary(dictionary);
-        std::ofstream(file(), std::ios::binary)
-            .write(reinterpret_cast<const char*>(bytes.data()),
-                   static_cast<std::streamsize>(bytes.size()));
+        e2e::writePreferenceFile(file(), dictionary);
     }
 
     e2e::PrivateFolders folders;

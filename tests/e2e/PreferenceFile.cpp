@@ -1,5 +1,6 @@
 #include "PreferenceFile.h"
 
+#include <filesystem>
 #include <fstream>
 #include <iterator>
 
@@ -14,6 +15,14 @@ PropertyList::Dictionary readPreferenceFile(const std::string& path) {
     const std::string bytes((std::istreambuf_iterator<char>(in)), {});
     auto list = platform::PropertyListCodec::decode(std::string_view(bytes));
     return list && list->dictionary() ? *list->dictionary() : PropertyList::Dictionary{};
+}
+
+void writePreferenceFile(const std::string& path, const PropertyList::Dictionary& preferences) {
+    std::filesystem::create_directories(std::filesystem::path(path).parent_path());
+    const auto bytes = platform::PropertyListCodec::encodeBinary(preferences);
+    std::ofstream(path, std::ios::binary)
+        .write(reinterpret_cast<const char*>(bytes.data()),
+               static_cast<std::streamsize>(bytes.size()));
 }
 
 std::vector<std::string> stringsUnder(const PropertyList::Dictionary& preferences,

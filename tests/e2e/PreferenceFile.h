@@ -10,6 +10,11 @@ namespace e2e {
 // missing or is no property list.
 platform::PropertyList::Dictionary readPreferenceFile(const std::string& path);
 
+// Writes the dictionary as the preference file, in the binary form the
+// program writes, making its folder when needed.
+void writePreferenceFile(const std::string& path,
+                         const platform::PropertyList::Dictionary& preferences);
+
 // The strings of an array under the key; empty when there is none.
 std::vector<std::string> stringsUnder(const platform::PropertyList::Dictionary& preferences,
                                       const std::string& key);

@@ -1,0 +1,126 @@
+// "Check for Updates..." in the status menu of the real program, against a
+// feed on a loopback server of the test's own: the dialogue a person gets,
+// read as a screen reader reads it and saved as a picture.
+#include <gtest/gtest.h>
+
+#include <csignal>
+#include <cstdlib>
+#include <filesystem>
+#include <optional>
+#include <string>
+
+#include "AccessibilityBus.h"
+#include "DesktopDriver.h"
+#include "PreferenceFile.h"
+#include "RunningProgram.h"
+#include "update/FeedText.h"
+#include "update/LoopbackServer.h"
+
+namespace {
+
+using e2e::AccessibleNode;
+using e2e::eventually;
+using platform::PropertyList;
+
+class UpdateCheckOnDesktopTest : public ::testing::Test {
+  protected:
+    void SetUp() override {
+        // The tray host writes its first configuration there.
+        std::filesystem::create_directories(std::getenv("XDG_CONFIG_HOME"));
+        // A program that has run before, has shown its instructions and was
+        // told where to look for updates, but not to look by itself.
+        e2e::writePreferenceFile(folders.preferenceFile(),
+                                 {{"SUFeedURL", server.url("/appcast.xml")},
+                                  {"SUHasLaunchedBefore", true},
+                                  {"SUEnableAutomaticChecks", false},
+                                  {"needsShowingInstructions", false}});
+    }
+
+    // Opens the status item's menu and picks "Check for Updates...".
+    void checkFromTheStatusMenu() {
+        std::optional<e2e::Geometry> icon;
+        ASSERT_TRUE(
+            eventually([&] { return (icon = desktop.trayIconOf("tarnwick")).has_value(); }, 10))
+            << "no icon of ours in the tray";
+        std::optional<AccessibleNode> menu;
+        for (int click = 0; click < 3 && !menu; ++click) {
+            desktop.click(icon->centre());
+            menu = bus.waitForMenu(2);
+        }
+        ASSERT_TRUE(menu) << "no menu showed";
+        const auto* item = menu->find("menu item", "Check for Updates...");
+        ASSERT_TRUE(item);
+        desktop.click({item->x + item->width / 2, item->y + item->height / 2});
+    }
+
+    // The program's dialogue that has a node of that role and name, once it
+    // shows.
+    std::optional<AccessibleNode> dialogueWith(const std::string& role, const std::string& name,
+                                               double seconds = 15) {
+        std::optional<AccessibleNode> found;
+        eventually(
+            [&] {
+                const auto tree = bus.application("Tarnwick", 1);
+                if (!tree)
+                    return false;
+                for (const auto& window : tree->children) {
+                    if (window.find(role, name))
+                        found = window;
+                }
+                return found.has_value();
+            },
+            seconds);
+        return found;
+    }
+
+    static e2e::Point centreOf(const AccessibleNode& node) {
+        return {node.x + node.width / 2, node.y + node.height / 2};
+    }
+
+    testsupport::LoopbackServer server;
+    e2e::PrivateFolders folders;
+    e2e::AccessibilityBus& bus = e2e::AccessibilityBus::shared();
+    e2e::Desktop desktop;
+};
+
+}  // namespace
+
+TEST_F(UpdateCheckOnDesktopTest, TheStatusMenusCheckShowsTheNewVersionAndThenThatAllIsCurrent) {
+    ASSERT_TRUE(bus.isUp());
+    server.serve("/appcast.xml",
+                 testsupport::feedWith(testsupport::itemWith(
+                     {.version = "999999",
+                      .shortVersion = "9.9",
+                      .extra = "<description sparkle:format=\"markdown\"><![CDATA[## What's new\n\n"
+                               "* The panel opens **faster**\n* Fewer surprises]]></description>",
+                      .url = server.url("/tarnwick-9.9.tar.gz")})));
+    bus.watchMenus();
+    e2e::RunningProgram tint2("/usr/bin/tint2", {});
+    e2e::RunningProgram tarnwick(e2e::tarnwickExecutable(), {});
+    ASSERT_TRUE(tarnwick.waitUntilHandling(SIGTERM, 20)) << tarnwick.standardError();
+
+    checkFromTheStatusMenu();
+    const auto offer = dialogueWith("push button", "Install Update");
+    ASSERT_TRUE(offer) << "no update dialogue showed: " << tarnwick.standardError();
+    EXPECT_TRUE(offer->find("label", "Tarnwick 9.9 is available"));
+    EXPECT_TRUE(offer->find("push button", "Remind Me Later"));
+    EXPECT_TRUE(offer->find("push button", "Skip This Version"));
+    EXPECT_TRUE(offer->find("label", "Release Notes:"));
+    EXPECT_TRUE(e2e::saveScreenshot({offer->x, offer->y, offer->width, offer->height},
+                                    TARNWICK_ARTIFACTS_DIR "/update-found-dialogue.png"));
+    desktop.click(centreOf(*offer->find("push button", "Remind Me Later")));
+    ASSERT_TRUE(eventually([&] { return !dialogueWith("push button", "Install Update", 0.1); }, 5));
+    // Nothing was downloaded: only the feed was asked for.
+    EXPECT_EQ(server.requests(), (std::vector<std::string>{"/appcast.xml"}));
+
+    // The same check against a feed whose newest release is older.
+    server.serve("/appcast.xml", testsupport::feedWith(testsupport::itemWith({.version = "1"})));
+    checkFromTheStatusMenu();
+    const auto current = dialogueWith("label", "You're up to date!");
+    ASSERT_TRUE(current) << "no up-to-date dialogue showed";
+    EXPECT_TRUE(e2e::saveScreenshot({current->x, current->y, current->width, current->height},
+                                    TARNWICK_ARTIFACTS_DIR "/update-up-to-date-dialogue.png"));
+
+    tarnwick.sendSignal(SIGTERM);
+    EXPECT_EQ(tarnwick.waitForExit(10), (e2e::ExitStatus{true, 0}));
+}

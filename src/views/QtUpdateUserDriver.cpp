@@ -1,6 +1,7 @@
 #include "views/QtUpdateUserDriver.h"
 
 #include <QDesktopServices>
+#include <QLabel>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QUrl>
@@ -22,6 +23,9 @@ QMessageBox* messageBox(QMessageBox::Icon icon, const QString& title, const QStr
                         const std::vector<QString>& buttons, std::function<void(bool)> reply) {
     auto* box = new QMessageBox(icon, QStringLiteral("Software Update"), title);
     box->setInformativeText(message);
+    // A sentence reads on two or three lines, not down a narrow column.
+    if (auto* label = box->findChild<QLabel*>(QStringLiteral("qt_msgbox_informativelabel")))
+        label->setMinimumWidth(320);
     box->setAttribute(Qt::WA_DeleteOnClose);
     std::vector<QAbstractButton*> made;
     for (std::size_t i = 0; i < buttons.size(); ++i) {

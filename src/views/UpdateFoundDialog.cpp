@@ -2,6 +2,7 @@
 
 #include <QDesktopServices>
 #include <QHBoxLayout>
+#include <QImage>
 #include <QLabel>
 #include <QPushButton>
 #include <QStyle>
@@ -12,11 +13,19 @@ namespace platform::qt {
 
 namespace {
 
-// A browser that fetches nothing: a resource in the notes stays empty.
+// A browser that fetches nothing: a picture in the notes takes no room and
+// any other resource stays empty.
 class SealedTextBrowser final : public QTextBrowser {
   public:
     using QTextBrowser::QTextBrowser;
-    QVariant loadResource(int, const QUrl&) override { return {}; }
+    QVariant loadResource(int type, const QUrl&) override {
+        if (type == QTextDocument::ImageResource) {
+            QImage nothing(1, 1, QImage::Format_ARGB32);
+            nothing.fill(Qt::transparent);
+            return nothing;
+        }
+        return {};
+    }
 };
 
 QString text(const std::string& value) {

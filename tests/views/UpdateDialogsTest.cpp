@@ -90,7 +90,7 @@ TEST(UpdateDialogsTest, TheProgressWindowCountsBytesAndCancelsOnlyTheDownload) {
     QtUpdateUserDriver driver;
     int cancels = 0;
     driver.showDownloadStarted([&] { ++cancels; });
-    auto* progress = qobject_cast<platform::qt::UpdateProgressDialog*>(driver.openDialogue());
+    auto* progress = dynamic_cast<platform::qt::UpdateProgressDialog*>(driver.openDialogue());
     ASSERT_TRUE(progress);
     driver.showDownloadProgress(1'500'000, 6'000'000);
     EXPECT_EQ(progress->bar()->value(), 250);
@@ -104,7 +104,7 @@ TEST(UpdateDialogsTest, TheProgressWindowCountsBytesAndCancelsOnlyTheDownload) {
     EXPECT_TRUE(progress->isVisible());
 
     driver.showDownloadStarted([&] { ++cancels; });
-    auto* second = qobject_cast<platform::qt::UpdateProgressDialog*>(driver.openDialogue());
+    auto* second = dynamic_cast<platform::qt::UpdateProgressDialog*>(driver.openDialogue());
     second->cancelButton()->click();
     EXPECT_EQ(cancels, 1);
     EXPECT_FALSE(second->isVisible());

@@ -22,15 +22,6 @@ using e2e::AccessibleNode;
 using e2e::eventually;
 using platform::PropertyList;
 
-std::string describe(const std::optional<AccessibleNode>& tree) {
-    std::string text;
-    if (tree) {
-        for (const auto* node : tree->flattened())
-            text += "[" + node->role + "] " + node->name + "\n";
-    }
-    return text;
-}
-
 class UpdateCheckOnDesktopTest : public ::testing::Test {
   protected:
     void SetUp() override {
@@ -112,7 +103,7 @@ TEST_F(UpdateCheckOnDesktopTest, TheStatusMenusCheckShowsTheNewVersionAndThenTha
     const auto offer = dialogueWith("push button", "Remind Me Later");
     ASSERT_TRUE(offer) << "no update dialogue showed; the server was asked for "
                        << server.requests().size() << " files; " << tarnwick.standardError()
-                       << describe(bus.application("Tarnwick", 1));
+                       << bus.application("Tarnwick", 1).value_or(AccessibleNode{}).outline();
     EXPECT_TRUE(offer->find("label", "Tarnwick 9.9 is available"));
     // The program of the build tree is no release folder it could replace:
     // the download page stands in for installing.

@@ -2,11 +2,14 @@
 // feed on a loopback server of the test's own: the dialogue a person gets,
 // read as a screen reader reads it and saved as a picture.
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <csignal>
 #include <cstdlib>
 #include <filesystem>
+#include <fstream>
 #include <optional>
+#include <sstream>
 #include <string>
 
 #include "AccessibilityBus.h"
@@ -15,12 +18,49 @@
 #include "RunningProgram.h"
 #include "update/FeedText.h"
 #include "update/LoopbackServer.h"
+#include "update/ReleaseFolder.h"
 
 namespace {
 
+namespace fs = std::filesystem;
 using e2e::AccessibleNode;
 using e2e::eventually;
 using platform::PropertyList;
+
+std::string contentsOf(const fs::path& file) {
+    std::ifstream in(file, std::ios::binary);
+    std::stringstream bytes;
+    bytes << in.rdbuf();
+    return bytes.str();
+}
+
+// A release made by the release script from the program given, signed with
+// the tests' key, into the folder; the script's output.
+std::string makeRelease(const std::string& program, const fs::path& out,
+                        const std::string& urlBase) {
+    return testsupport::outputOf(
+        std::string("'" TARNWICK_SOURCE_DIR "/scripts/make-release.sh' --allow-key-in-repository "
+                    "--key '" TARNWICK_SOURCE_DIR "/tests/update/keys/test-release-key.pem' ") +
+        "--program '" + program + "' --url-base '" + urlBase + "' --out '" + out.string() +
+        "' --appcast '" + (out / "appcast.xml").string() + "' 2>&1");
+}
+
+// The process running that executable, once there is one.
+std::optional<pid_t> processRunning(const fs::path& executable, double seconds) {
+    std::optional<pid_t> found;
+    e2e::eventually(
+        [&] {
+            std::error_code ignored;
+            for (const auto& entry : fs::directory_iterator("/proc", ignored)) {
+                std::error_code error;
+                if (fs::read_symlink(entry.path() / "exe", error) == executable && !error)
+                    found = std::stoi(entry.path().filename().string());
+            }
+            return found.has_value();
+        },
+        seconds);
+    return found;
+}
 
 class UpdateCheckOnDesktopTest : public ::testing::Test {
   protected:
@@ -40,12 +80,14 @@ class UpdateCheckOnDesktopTest : public ::testing::Test {
     void checkFromTheStatusMenu() {
         std::optional<e2e::Geometry> icon;
         ASSERT_TRUE(
-            eventually([&] { return (icon = desktop.trayIconOf("tarnwick")).has_value(); }, 10))
+            eventually([&] { return (icon = desktop.trayIconOf("tarnwick")).has_value(); }, 20))
             << "no icon of ours in the tray";
         std::optional<AccessibleNode> menu;
         for (int click = 0; click < 3 && !menu; ++click) {
             desktop.click(icon->centre());
-            menu = bus.waitForMenu(2);
+            // A busy machine may take a while to show it; a second click
+            // too early would close it again.
+            menu = bus.waitForMenu(6);
         }
         ASSERT_TRUE(menu) << "no menu showed";
         const auto* item = menu->find("menu item", "Check for Updates...");
@@ -99,7 +141,7 @@ TEST_F(UpdateCheckOnDesktopTest, TheStatusMenusCheckShowsTheNewVersionAndThenTha
     e2e::RunningProgram tarnwick(e2e::tarnwickExecutable(), {});
     ASSERT_TRUE(tarnwick.waitUntilHandling(SIGTERM, 20)) << tarnwick.standardError();
 
-    checkFromTheStatusMenu();
+    ASSERT_NO_FATAL_FAILURE(checkFromTheStatusMenu());
     const auto offer = dialogueWith("push button", "Remind Me Later");
     ASSERT_TRUE(offer) << "no update dialogue showed; the server was asked for "
                        << server.requests().size() << " files; " << tarnwick.standardError()
@@ -120,7 +162,7 @@ TEST_F(UpdateCheckOnDesktopTest, TheStatusMenusCheckShowsTheNewVersionAndThenTha
 
     // The same check against a feed whose newest release is older.
     server.serve("/appcast.xml", testsupport::feedWith(testsupport::itemWith({.version = "1"})));
-    checkFromTheStatusMenu();
+    ASSERT_NO_FATAL_FAILURE(checkFromTheStatusMenu());
     const auto current = dialogueWith("label", "You're up to date!");
     ASSERT_TRUE(current) << "no up-to-date dialogue showed";
     EXPECT_TRUE(e2e::saveScreenshot({current->x, current->y, current->width, current->height},
@@ -128,4 +170,53 @@ TEST_F(UpdateCheckOnDesktopTest, TheStatusMenusCheckShowsTheNewVersionAndThenTha
 
     tarnwick.sendSignal(SIGTERM);
     EXPECT_EQ(tarnwick.waitForExit(10), (e2e::ExitStatus{true, 0}));
+}
+
+TEST_F(UpdateCheckOnDesktopTest, AReleaseFolderIsUpdatedAndTheNewVersionStarted) {
+    ASSERT_TRUE(bus.isUp());
+    // This build's program, installed from a release archive as a user
+    // would, and a later release made by the release script.
+    const testsupport::TemporaryFolder place;
+    const auto installed = place.path() / "installed";
+    const auto releases = place.path() / "releases";
+    const auto base = server.url("/releases");
+    const auto made = makeRelease(e2e::tarnwickExecutable(), place.path() / "this", base);
+    fs::create_directories(installed);
+    const auto archives =
+        testsupport::outputOf("ls '" + (place.path() / "this").string() + "'/*.tar.gz");
+    testsupport::outputOf("tar -xzf " + archives.substr(0, archives.find('\n')) + " -C '" +
+                          installed.string() + "'");
+    const auto program = installed / "tarnwick" / "current" / "bin" / "tarnwick";
+    ASSERT_TRUE(fs::exists(program)) << made;
+
+    const auto next = makeRelease(TARNWICK_NEXT_EXECUTABLE, releases, base);
+    ASSERT_TRUE(fs::exists(releases / "appcast.xml")) << next;
+    for (const auto& entry : fs::directory_iterator(releases)) {
+        if (entry.path().extension() == ".gz")
+            server.serve("/releases/" + entry.path().filename().string(), contentsOf(entry.path()));
+    }
+    server.serve("/appcast.xml", contentsOf(releases / "appcast.xml"));
+
+    bus.watchMenus();
+    e2e::RunningProgram tint2("/usr/bin/tint2", {});
+    e2e::RunningProgram tarnwick(program.string(), {});
+    ASSERT_TRUE(tarnwick.waitUntilHandling(SIGTERM, 20)) << tarnwick.standardError();
+    ASSERT_NO_FATAL_FAILURE(checkFromTheStatusMenu());
+    const auto offer = dialogueWith("push button", "Install Update");
+    ASSERT_TRUE(offer) << bus.application("Tarnwick", 1).value_or(AccessibleNode{}).outline();
+    EXPECT_TRUE(offer->find("label", "Tarnwick 99.0.0 is available"));
+    desktop.click(centreOf(*offer->find("push button", "Install Update")));
+
+    // Downloaded, checked, unpacked and switched; the old process ends and
+    // the helper starts the new version through the switched link.
+    EXPECT_EQ(tarnwick.waitForExit(60), (e2e::ExitStatus{true, 0}))
+        << tarnwick.standardOutput() << tarnwick.standardError()
+        << bus.application("Tarnwick", 1).value_or(AccessibleNode{}).outline();
+    const auto newFolder = fs::canonical(installed / "tarnwick") / "tarnwick-99.0.0";
+    EXPECT_EQ(fs::read_symlink(installed / "tarnwick" / "current"), "tarnwick-99.0.0");
+    const auto started = processRunning(newFolder / "bin" / "tarnwick", 20);
+    ASSERT_TRUE(started) << "the new version never started";
+    EXPECT_EQ(testsupport::outputOf("/proc/" + std::to_string(*started) + "/exe --version"),
+              "Tarnwick 99.0.0 (build 999999)\n");
+    ::kill(*started, SIGTERM);
 }

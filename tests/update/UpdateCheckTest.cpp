@@ -70,7 +70,9 @@ TEST_F(UpdateCheckTest, WithoutAFeedAddressTheCheckSaysSoAndDoesNothingElse) {
 }
 
 TEST_F(UpdateCheckTest, FailedChecksSayInOneSentenceWhatWentWrong) {
-    start();
+    auto made = configuration();
+    made.feedLimits.maximumBytes = 64 * 1024;
+    start(made);
     const std::vector<std::pair<testsupport::LoopbackServer::Response, std::string>> cases = {
         {{.status = 404, .body = "gone"},
          "The update server answered with an error (HTTP 404) for the update feed."},
@@ -82,6 +84,8 @@ TEST_F(UpdateCheckTest, FailedChecksSayInOneSentenceWhatWentWrong) {
          "The update server stopped responding while sending the update feed."},
         {{.behaviour = Behaviour::silent},
          "The update server stopped responding while sending the update feed."},
+        {{.body = std::string(100 * 1024, ' ')},
+         "The update feed is larger than it may be, so it was refused."},
     };
     for (const auto& [response, message] : cases) {
         server.serve("/appcast.xml", response);

@@ -7,9 +7,9 @@ packages=(
   # toolchain
   g++ cmake ninja-build pkg-config clang libclang-rt-dev clang-format
   # libraries
-  qt6-base-dev libgl-dev libplist-dev libicu-dev
+  qt6-base-dev libgl-dev libplist-dev libicu-dev libssl-dev
   libxcb1-dev libxcb-ewmh-dev libxcb-icccm4-dev libxcb-xinput-dev libxcb-res0-dev
-  libxcb-xkb-dev libxcb-xtest0-dev libxkbcommon-dev libxkbcommon-x11-dev
+  libxcb-xkb-dev libxcb-xtest0-dev libxcb-screensaver0-dev libxkbcommon-dev libxkbcommon-x11-dev
   libgtest-dev libgmock-dev libbenchmark-dev
   # the updater: feeds, transfers, signatures
   libcurl4-openssl-dev libpugixml-dev libsodium-dev

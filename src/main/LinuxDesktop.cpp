@@ -1,9 +1,11 @@
 #include "main/BuildInfo.h"
 #include "main/PlatformAssembly.h"
+#include "platform/sessionbus/SessionBusScreenSaverInhibition.h"
 #include "platform/update/LinuxUpdater.h"
 #include "platform/update/RestartHelperLaunch.h"
 #include "platform/x11/X11Connection.h"
 #include "platform/x11/X11Desktop.h"
+#include "platform/x11/X11ScreenSaverSuspension.h"
 #include "support/Fatal.h"
 #include "views/QtApplication.h"
 #include "views/QtMainLoop.h"
@@ -23,6 +25,9 @@ class LinuxDesktop final : public PlatformAssembly {
                  std::unique_ptr<platform::x11::X11Connection> display)
         : desktop_(openDesktop(loop, std::move(display))),
           toolkit_(&application_),
+          powerConnection_(openPowerConnection()),
+          screenSaverSuspension_(powerConnection_->connection()),
+          power_(QStringLiteral("Tarnwick"), screenSaverSuspension_),
           updater_(loop, updateDialogues_, updaterConfiguration()) {}
 
     platform::Services services() override {
@@ -31,6 +36,7 @@ class LinuxDesktop final : public PlatformAssembly {
         services.toolkit = &toolkit_;
         services.statusBar = &statusBar_;
         services.updater = &updater_;
+        services.powerManagement = &power_;
         return services;
     }
 
@@ -60,10 +66,22 @@ class LinuxDesktop final : public PlatformAssembly {
         return desktop;
     }
 
+    // The screen saver is suspended for as long as the connection that asked
+    // lives, so power management keeps a connection of its own.
+    static std::unique_ptr<platform::x11::X11Connection> openPowerConnection() {
+        auto connection = platform::x11::X11Connection::open();
+        if (!connection)
+            quillbox::fatalError("tarnwick: lost the X display while starting");
+        return connection;
+    }
+
     std::unique_ptr<platform::x11::X11Desktop> desktop_;
     platform::qt::QtApplication application_;
     platform::qt::QtToolkit toolkit_;
     platform::qt::QtStatusBar statusBar_;
+    std::unique_ptr<platform::x11::X11Connection> powerConnection_;
+    platform::x11::X11ScreenSaverSuspension screenSaverSuspension_;
+    platform::sessionbus::SessionBusScreenSaverInhibition power_;
     platform::qt::QtUpdateUserDriver updateDialogues_;
     platform::update::LinuxUpdater updater_;
 };

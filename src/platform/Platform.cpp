@@ -46,5 +46,8 @@ Bundles& bundles() { return require(current.bundles, "bundles"); }
 FileManager& fileManager() { return require(current.fileManager, "file manager"); }
 FileViewer& fileViewer() { return require(current.fileViewer, "file viewer"); }
 PreferencesStore& preferences() { return require(current.preferences, "preferences store"); }
+PowerManagement& powerManagement() {
+    return require(current.powerManagement, "power management");
+}
 
 }  // namespace platform

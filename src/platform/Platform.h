@@ -10,6 +10,7 @@
 #include "platform/KeyboardLayout.h"
 #include "platform/LoginItemService.h"
 #include "platform/MainLoop.h"
+#include "platform/PowerManagement.h"
 #include "platform/PreferencesStore.h"
 #include "platform/ProcessLauncher.h"
 #include "platform/StatusBar.h"
@@ -41,6 +42,7 @@ struct Services {
     FileManager* fileManager = nullptr;
     FileViewer* fileViewer = nullptr;
     PreferencesStore* preferences = nullptr;
+    PowerManagement* powerManagement = nullptr;
 };
 
 // Makes the services the current platform until another is installed.
@@ -76,5 +78,6 @@ Bundles& bundles();
 FileManager& fileManager();
 FileViewer& fileViewer();
 PreferencesStore& preferences();
+PowerManagement& powerManagement();
 
 }  // namespace platform

@@ -102,6 +102,7 @@ Services SimDesktop::services() {
     services.keyboardLayouts = &keyboardLayouts_;
     services.hotKeys = &hotKeys_;
     services.preferences = &preferences_;
+    services.powerManagement = &powerManagement_;
     return services;
 }
 

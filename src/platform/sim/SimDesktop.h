@@ -16,6 +16,7 @@
 #include "platform/sim/SimKeyboardLayouts.h"
 #include "platform/sim/SimLoginItemService.h"
 #include "platform/sim/SimMainLoop.h"
+#include "platform/sim/SimPowerManagement.h"
 #include "platform/sim/SimPreferencesStore.h"
 #include "platform/sim/SimProcessLauncher.h"
 #include "platform/sim/SimStatusBar.h"
@@ -62,6 +63,7 @@ class SimDesktop {
     SimKeyboardLayouts& keyboardLayouts() { return keyboardLayouts_; }
     SimHotKeys& hotKeys() { return hotKeys_; }
     SimPreferencesStore& preferences() { return preferences_; }
+    SimPowerManagement& powerManagement() { return powerManagement_; }
 
     // Our own entry among the running applications.
     const std::shared_ptr<SimRunningApplication>& ownApplication() const { return own_; }
@@ -97,6 +99,7 @@ class SimDesktop {
     SimKeyboardLayouts keyboardLayouts_;
     SimHotKeys hotKeys_;
     SimPreferencesStore preferences_;
+    SimPowerManagement powerManagement_;
     std::shared_ptr<SimRunningApplication> own_;
 };
 

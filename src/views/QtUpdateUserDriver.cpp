@@ -2,10 +2,9 @@
 
 #include <QDesktopServices>
 #include <QLabel>
-#include <QMessageBox>
-#include <QPushButton>
 #include <QUrl>
 
+#include "views/CustomAlert.h"
 #include "views/UpdateFoundDialog.h"
 #include "views/UpdateProgressDialog.h"
 
@@ -17,31 +16,8 @@ QString text(const std::string& value) {
     return QString::fromStdString(value);
 }
 
-// A message with one or two answers; the reply gets whether the first was
-// chosen. Closing it answers as the last button does.
-QMessageBox* messageBox(QMessageBox::Icon icon, const QString& title, const QString& message,
-                        const std::vector<QString>& buttons, std::function<void(bool)> reply) {
-    auto* box = new QMessageBox(icon, QStringLiteral("Software Update"), title);
-    box->setInformativeText(message);
-    // A sentence reads on two or three lines, not down a narrow column.
-    if (auto* label = box->findChild<QLabel*>(QStringLiteral("qt_msgbox_informativelabel")))
-        label->setMinimumWidth(320);
-    box->setAttribute(Qt::WA_DeleteOnClose);
-    std::vector<QAbstractButton*> made;
-    for (std::size_t i = 0; i < buttons.size(); ++i) {
-        auto* button =
-            box->addButton(buttons[i], i == 0 ? QMessageBox::AcceptRole : QMessageBox::RejectRole);
-        button->setAccessibleName(buttons[i]);
-        made.push_back(button);
-    }
-    box->setDefaultButton(static_cast<QPushButton*>(made.front()));
-    box->setEscapeButton(made.back());
-    QObject::connect(box, &QMessageBox::finished, box,
-                     [box, first = made.front(), reply = std::move(reply)] {
-                         if (reply)
-                             reply(box->clickedButton() == first);
-                     });
-    return box;
+quillbox::Alert::Action okAction() {
+    return {"OK", true, {}};
 }
 
 }  // namespace
@@ -64,26 +40,42 @@ void QtUpdateUserDriver::showUpdateFound(const update::UpdateFoundAlert& alert,
     present(new UpdateFoundDialog(alert, std::move(reply)));
 }
 
+// However an alert is closed, by a button, Escape or the window's close
+// box, the updater hears of it once.
+void QtUpdateUserDriver::presentAlert(quillbox::Alert alert, quillbox::Alert::Style severity,
+                                      std::function<void()> onClose) {
+    alert.severity = severity;
+    auto* box = createAlert(alert).release();
+    box->setAttribute(Qt::WA_DeleteOnClose);
+    // A sentence reads on two or three lines, not down a narrow column.
+    if (auto* label = box->findChild<QLabel*>(QStringLiteral("qt_msgbox_informativelabel")))
+        label->setMinimumWidth(320);
+    if (onClose)
+        QObject::connect(box, &QDialog::finished, box,
+                         [onClose = std::move(onClose)] { onClose(); });
+    present(box);
+}
+
 void QtUpdateUserDriver::showUpdateNotFound(const update::MessageAlert& alert,
                                             std::function<void()> acknowledgement) {
-    present(messageBox(
-        QMessageBox::Information, text(alert.title), text(alert.message), {QStringLiteral("OK")},
-        [acknowledgement = std::move(acknowledgement)](bool) { acknowledgement(); }));
+    presentAlert({alert.title, alert.message, {okAction()}}, quillbox::Alert::Style::informational,
+                 std::move(acknowledgement));
 }
 
 void QtUpdateUserDriver::showUpdaterError(const std::string& message,
                                           std::function<void()> acknowledgement) {
-    present(
-        messageBox(QMessageBox::Warning, QString::fromUtf8(update::errorTitle), text(message),
-                   {QStringLiteral("OK")},
-                   [acknowledgement = std::move(acknowledgement)](bool) { acknowledgement(); }));
+    presentAlert({update::errorTitle, message, {okAction()}}, quillbox::Alert::Style::warning,
+                 std::move(acknowledgement));
 }
 
+// Closed without an answer, the question comes again at the next launch.
 void QtUpdateUserDriver::showAutomaticChecksQuestion(const update::MessageAlert& question,
                                                      std::function<void(bool)> reply) {
-    present(messageBox(QMessageBox::Question, text(question.title), text(question.message),
-                       {QStringLiteral("Check Automatically"), QStringLiteral("Don't Check")},
-                       std::move(reply)));
+    presentAlert({question.title,
+                  question.message,
+                  {{"Check Automatically", true, [reply] { reply(true); }},
+                   {"Don't Check", false, [reply] { reply(false); }}}},
+                 quillbox::Alert::Style::informational, {});
 }
 
 void QtUpdateUserDriver::showDownloadStarted(std::function<void()> cancel) {

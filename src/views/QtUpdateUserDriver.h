@@ -4,6 +4,7 @@
 #include <QWidget>
 
 #include "platform/update/UserDriver.h"
+#include "support/Alert.h"
 
 namespace platform::qt {
 
@@ -38,6 +39,8 @@ class QtUpdateUserDriver final : public update::UserDriver {
 
   private:
     void present(QWidget* dialogue);
+    void presentAlert(quillbox::Alert alert, quillbox::Alert::Style severity,
+                      std::function<void()> onClose);
 
     QPointer<QWidget> current_;
     QPointer<UpdateProgressDialog> progress_;

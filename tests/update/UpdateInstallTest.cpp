@@ -102,8 +102,8 @@ TEST_F(UpdateInstallTest, ANewVersionThatCantBeStartedIsSwitchedBack) {
     relaunchProblem = "no restart helper";
     start();
     EXPECT_EQ(installOffered(),
-              "error The update was installed, but the new version couldn't be started (no "
-              "restart helper); it starts the next time you open it.");
+              "error The new version couldn't be started (no restart helper), so the current "
+              "version stays in place.");
     EXPECT_EQ(fs::read_symlink(root() / "current"), "tarnwick-1.0");
 }
 

@@ -134,8 +134,8 @@ std::string installFailed(const std::string& problem) {
 }
 
 std::string relaunchFailed(const std::string& problem) {
-    return "The update was installed, but the new version couldn't be started (" + problem +
-           "); it starts the next time you open it.";
+    return "The new version couldn't be started (" + problem +
+           "), so the current version stays in place.";
 }
 
 }  // namespace errorText

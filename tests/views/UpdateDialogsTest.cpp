@@ -25,13 +25,7 @@ using platform::update::ReleaseNotes;
 using platform::update::UpdateChoice;
 using platform::update::UpdateFoundAlert;
 
-void save(QWidget& widget, const QString& name) {
-    const char* folder = std::getenv("TARNWICK_SCREENSHOTS");
-    if (!folder)
-        return;
-    QDir().mkpath(QString::fromLocal8Bit(folder));
-    widget.grab().save(QDir(QString::fromLocal8Bit(folder)).filePath(name));
-}
+using viewtest::saveScreenshot;
 
 UpdateFoundAlert alertWith(ReleaseNotes notes, bool canSkip = true) {
     return {"Tarnwick 1.1 is available", "You have version 1.0. Would you like to install it now?",
@@ -48,7 +42,7 @@ TEST(UpdateDialogsTest, TheNewVersionDialogueRendersItsNotesAndAnswersOnce) {
                    "![tracker](https://tracker.example/pixel.png)"}),
         [&](UpdateChoice choice) { answers.push_back(choice); });
     dialogue->show();
-    save(*dialogue, "update-found.png");
+    saveScreenshot(*dialogue, "update-found.png");
 
     // Markdown is rendered, not shown as marks, and the picture is never
     // fetched: the notes draw only their own text.
@@ -95,7 +89,7 @@ TEST(UpdateDialogsTest, TheProgressWindowCountsBytesAndCancelsOnlyTheDownload) {
     driver.showDownloadProgress(1'500'000, 6'000'000);
     EXPECT_EQ(progress->bar()->value(), 250);
     EXPECT_EQ(progress->status()->text(), QStringLiteral("Downloading update… 1.5 MB of 6.0 MB"));
-    save(*progress, "update-progress.png");
+    saveScreenshot(*progress, "update-progress.png");
 
     driver.showInstalling();
     EXPECT_FALSE(progress->cancelButton()->isEnabled());
@@ -126,7 +120,7 @@ TEST(UpdateDialogsTest, MessagesCarryTheirTextsAndTheirAnswer) {
         names.insert(button->text());
     EXPECT_EQ(names, (std::set<QString>{QStringLiteral("Check Automatically"),
                                         QStringLiteral("Don't Check")}));
-    save(*question, "update-question.png");
+    saveScreenshot(*question, "update-question.png");
     static_cast<QPushButton*>(question->defaultButton())->click();
     EXPECT_EQ(answers, (std::vector<bool>{true}));
 
@@ -137,7 +131,7 @@ TEST(UpdateDialogsTest, MessagesCarryTheirTextsAndTheirAnswer) {
     ASSERT_TRUE(error);
     EXPECT_EQ(error->informativeText(),
               QStringLiteral("The update's signature isn't valid, so it wasn't installed."));
-    save(*error, "update-error.png");
+    saveScreenshot(*error, "update-error.png");
     error->close();
     EXPECT_EQ(acknowledged, 1);
 }

@@ -1,1 +1,1 @@
-tarnwick_benchmark(DesktopEntryIndexBench LIBS platform_x11)
+tarnwick_benchmark(DesktopEntryIndexBench LIBS platform_xdg)

@@ -7,12 +7,12 @@
 #include <fstream>
 #include <string>
 
-#include "platform/x11/DesktopEntryIndex.h"
-#include "platform/x11/ProcessInfo.h"
+#include "platform/xdg/DesktopEntryIndex.h"
+#include "platform/xdg/ProcessInfo.h"
 
 namespace {
 
-using namespace platform::x11;
+using namespace platform::xdg;
 
 // A system with this many applications, each with names in 40 languages,
 // as the larger desktops install them.

@@ -19,7 +19,7 @@
 
 #include "platform/sim/SimMainLoop.h"
 #include "platform/x11/X11Desktop.h"
-#include "platform/x11/X11WorkspaceIdentities.h"
+#include "platform/xdg/ProcessIdentities.h"
 
 namespace bench {
 
@@ -127,7 +127,7 @@ struct BackendWithOwnWindows {
             return;
         for (const auto& app : desktop->workspace().runningApplications()) {
             if (app->bundleIdentifier() == "com.apple.finder" &&
-                platform::x11::parentProcessIdentifier(app->processIdentifier()) == ::getpid())
+                platform::xdg::parentProcessIdentifier(app->processIdentifier()) == ::getpid())
                 ::kill(app->processIdentifier(), SIGTERM);
         }
     }

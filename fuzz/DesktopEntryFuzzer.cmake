@@ -1,1 +1,1 @@
-tarnwick_fuzzer(DesktopEntryFuzzer LIBS platform_x11)
+tarnwick_fuzzer(DesktopEntryFuzzer LIBS platform_xdg)

@@ -4,13 +4,13 @@
 #include <cstdint>
 #include <string_view>
 
-#include "platform/x11/DesktopEntry.h"
-#include "platform/x11/DesktopEntryExec.h"
-#include "platform/x11/MimeApps.h"
+#include "platform/xdg/DesktopEntry.h"
+#include "platform/xdg/DesktopEntryExec.h"
+#include "platform/xdg/MimeApps.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const std::string_view text(reinterpret_cast<const char*>(data), size);
-    using namespace platform::x11;
+    using namespace platform::xdg;
     if (const auto entry = DesktopEntry::parse(text, DesktopEntryLocale("sr_RS@latin"))) {
         desktopEntryCommandLine(entry->exec);
         desktopEntryProgramName(entry->exec);

@@ -5,7 +5,7 @@ set -euo pipefail
 
 packages=(
   # toolchain
-  g++ cmake ninja-build pkg-config clang libclang-rt-dev clang-format
+  g++ cmake ninja-build pkg-config ccache clang libclang-rt-dev clang-format
   # libraries
   qt6-base-dev libgl-dev libplist-dev libicu-dev libssl-dev
   libxcb1-dev libxcb-ewmh-dev libxcb-icccm4-dev libxcb-xinput-dev libxcb-res0-dev

@@ -21,12 +21,12 @@ class ListWindowViewModel;
 // model each time it is drawn. The widgets draw it and call its actions;
 // they decide nothing themselves.
 class ListWindowView {
-public:
+  public:
     using WindowRef = std::shared_ptr<corvane::Application::Window>;
 
     // What a click on a row asks of the root coordinator.
     class Coordinator {
-    public:
+      public:
         virtual ~Coordinator() = default;
         virtual void raiseWindow(const WindowRef& window) = 0;
     };
@@ -35,10 +35,10 @@ public:
     // bar, and the title. Its drawing reads the window's attributes afresh
     // every time, so it always shows what the window says now.
     class ListRow {
-    public:
+      public:
         // What the row's buttons ask of the root coordinator.
         class Coordinator : public ListWindowView::Coordinator {
-        public:
+          public:
             virtual void closeWindow(const WindowRef& window) = 0;
             virtual void toggleMinimized(const WindowRef& window) = 0;
             virtual void toggleFullScreen(const WindowRef& window) = 0;
@@ -46,13 +46,13 @@ public:
 
         // The row's own state: whether the pointer is over it.
         class VM {
-        public:
+          public:
             bool showButtonIcons() const { return showButtonIcons_; }
             // Writing the present value sends no change.
             void setShowButtonIcons(bool show);
             quillbox::Signal<>& changed() { return changed_; }
 
-        private:
+          private:
             bool showButtonIcons_ = false;
             quillbox::Signal<> changed_;
         };
@@ -61,7 +61,7 @@ public:
 
         struct TrafficButton {
             std::function<void()> action;
-            std::string sfImage;         // the system symbol's name
+            std::string sfImage;  // the system symbol's name
             Color color = Color::red;
             double opacity = 1.0;        // 0.2 when the window's button is not enabled
             std::string accessibleName;  // "Close", "Minimize", "Full Screen"
@@ -69,9 +69,9 @@ public:
 
         struct Drawing {
             std::array<TrafficButton, 3> buttons;
-            std::string title;  // "Unknown" when it can't be read
-            bool bold = false;    // the application's main window
-            bool italic = false;  // minimised
+            std::string title;     // "Unknown" when it can't be read
+            bool bold = false;     // the application's main window
+            bool italic = false;   // minimised
             double opacity = 1.0;  // 0.5 when minimised
         };
 
@@ -82,7 +82,7 @@ public:
         const WindowRef& window() const { return window_; }
         VM& vm() const { return *vm_; }
 
-    private:
+      private:
         WindowRef window_;
         Coordinator& coordinator_;
         std::shared_ptr<VM> vm_;
@@ -144,7 +144,7 @@ public:
     ListRow::Coordinator& coordinator() const { return coordinator_; }
     ListWindowViewModel& model() const { return model_; }
 
-private:
+  private:
     ListWindowViewModel& model_;
     ListRow::Coordinator& coordinator_;
 };

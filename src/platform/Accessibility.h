@@ -33,7 +33,7 @@ inline constexpr AXErrorCode notEnoughPrecision = -25214;
 
 // A platform observer of one process's accessibility notifications.
 class AXObserverHandle {
-public:
+  public:
     virtual ~AXObserverHandle() = default;
 };
 using AXObserverRef = std::shared_ptr<AXObserverHandle>;
@@ -51,7 +51,7 @@ using AXObserverCallbackWithInfo = void (*)(const AXObserverRef& observer,
 // with the platform's code; out-parameters stay empty when the platform
 // wrote nothing.
 class Accessibility {
-public:
+  public:
     virtual ~Accessibility() = default;
 
     virtual AXUIElementRef createApplication(pid_t pid) = 0;
@@ -88,8 +88,7 @@ public:
     virtual AXErrorCode copyActionDescription(const AXUIElementRef& element,
                                               const std::string& action,
                                               std::optional<CFValue>& description) = 0;
-    virtual AXErrorCode performAction(const AXUIElementRef& element,
-                                      const std::string& action) = 0;
+    virtual AXErrorCode performAction(const AXUIElementRef& element, const std::string& action) = 0;
     virtual AXErrorCode getPid(const AXUIElementRef& element, pid_t& pid) = 0;
     virtual AXErrorCode setMessagingTimeout(const AXUIElementRef& element, float seconds) = 0;
     virtual AXErrorCode copyElementAtPosition(const AXUIElementRef& application, float x, float y,
@@ -106,8 +105,7 @@ public:
                                                        AXObserverRef& observer) = 0;
     virtual AXErrorCode observerAddNotification(const AXObserverRef& observer,
                                                 const AXUIElementRef& element,
-                                                const std::string& notification,
-                                                void* refcon) = 0;
+                                                const std::string& notification, void* refcon) = 0;
     virtual AXErrorCode observerRemoveNotification(const AXObserverRef& observer,
                                                    const AXUIElementRef& element,
                                                    const std::string& notification) = 0;

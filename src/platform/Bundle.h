@@ -11,7 +11,7 @@ namespace platform {
 
 // An application bundle: its identity and information dictionary.
 class Bundle {
-public:
+  public:
     virtual ~Bundle() = default;
     virtual std::optional<std::string> bundleIdentifier() const = 0;
     virtual std::filesystem::path bundlePath() const = 0;
@@ -20,7 +20,7 @@ public:
 };
 
 class Bundles {
-public:
+  public:
     virtual ~Bundles() = default;
     // This program's own bundle.
     virtual std::shared_ptr<Bundle> mainBundle() = 0;

@@ -19,7 +19,7 @@ using AXErrorCode = std::int32_t;
 // handle; the core compares, hashes and prints them only through this
 // interface.
 class AXUIElementHandle {
-public:
+  public:
     virtual ~AXUIElementHandle() = default;
     virtual bool isEqual(const AXUIElementHandle& other) const = 0;
     virtual std::size_t hash() const = 0;
@@ -30,10 +30,13 @@ public:
 using AXUIElementRef = std::shared_ptr<const AXUIElementHandle>;
 
 inline bool CFEqual(const AXUIElementRef& a, const AXUIElementRef& b) {
-    if (a == b) return true;
+    if (a == b)
+        return true;
     return a && b && a->isEqual(*b);
 }
-inline std::size_t CFHash(const AXUIElementRef& a) { return a ? a->hash() : 0; }
+inline std::size_t CFHash(const AXUIElementRef& a) {
+    return a ? a->hash() : 0;
+}
 
 // A boxed geometry value or error code, in the platform's type numbering.
 struct AXValue {
@@ -66,7 +69,7 @@ struct CFURL {
 // A value the accessibility interface hands over: a platform object of any
 // of these kinds.
 class CFValue {
-public:
+  public:
     using Array = std::vector<CFValue>;
     using Dictionary = std::map<std::string, CFValue>;
     using Value = std::variant<CFNull, bool, std::int64_t, double, std::string, CFURL,
@@ -96,7 +99,7 @@ public:
         return std::get_if<T>(&value_);
     }
 
-private:
+  private:
     Value value_;
 };
 

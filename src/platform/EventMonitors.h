@@ -11,7 +11,7 @@ namespace platform {
 // Event monitors: global ones see events sent to other applications, local
 // ones see events sent to our own windows before they are dispatched.
 class EventMonitors {
-public:
+  public:
     using GlobalHandler = std::function<void(const Event&)>;
     // A local handler returns the event to let it through, or nothing to
     // swallow it.

@@ -10,7 +10,7 @@ namespace platform {
 // A listen-only tap on the desktop's input events, ahead of every
 // application.
 class EventTap {
-public:
+  public:
     virtual ~EventTap() = default;
     // An empty subscription when the tap can't be made.
     virtual Subscription tapCreate(EventMask mask, std::function<void(const Event&)> callback) = 0;

@@ -11,7 +11,7 @@ enum class SearchPathDirectory { library = 5, applicationSupport = 14 };
 enum class SearchPathDomain { user = 1 };
 
 class FileManager {
-public:
+  public:
     virtual ~FileManager() = default;
     // Nothing when the directory can't be found or made.
     virtual std::optional<std::filesystem::path> urlForDirectory(SearchPathDirectory directory,
@@ -31,10 +31,11 @@ public:
 
 // The desktop's file manager, showing files to the user.
 class FileViewer {
-public:
+  public:
     virtual ~FileViewer() = default;
     // Opens a file manager window with these files selected.
-    virtual void activateFileViewerSelectingURLs(const std::vector<std::filesystem::path>& urls) = 0;
+    virtual void activateFileViewerSelectingURLs(
+        const std::vector<std::filesystem::path>& urls) = 0;
 };
 
 }  // namespace platform

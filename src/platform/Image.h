@@ -17,7 +17,9 @@ struct Image {
     std::filesystem::path path;  // for files
 
     static Image resource(std::string name) { return {Kind::resource, std::move(name), {}}; }
-    static Image systemSymbol(std::string name) { return {Kind::systemSymbol, std::move(name), {}}; }
+    static Image systemSymbol(std::string name) {
+        return {Kind::systemSymbol, std::move(name), {}};
+    }
     static Image file(std::filesystem::path path) { return {Kind::file, {}, std::move(path)}; }
 
     friend bool operator==(const Image&, const Image&) = default;

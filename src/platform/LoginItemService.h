@@ -6,7 +6,7 @@ namespace platform {
 
 // Starting the program when the user logs in.
 class LoginItemService {
-public:
+  public:
     enum class Status { notRegistered, enabled, requiresApproval, notFound };
 
     virtual ~LoginItemService() = default;

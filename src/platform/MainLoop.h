@@ -10,7 +10,7 @@ namespace platform {
 // this loop. Backends: a virtual clock in the simulated desktop, the Qt event
 // loop on a real desktop.
 class MainLoop {
-public:
+  public:
     using Task = std::function<void()>;
 
     virtual ~MainLoop() = default;

@@ -19,9 +19,11 @@ std::shared_ptr<MenuItem> MenuItem::separatorItem() {
 }
 
 void MenuItem::setSubmenu(std::shared_ptr<Menu> submenu) {
-    if (submenu_) submenu_->parentItem_.reset();
+    if (submenu_)
+        submenu_->parentItem_.reset();
     submenu_ = std::move(submenu);
-    if (submenu_) submenu_->parentItem_ = weak_from_this();
+    if (submenu_)
+        submenu_->parentItem_ = weak_from_this();
 }
 
 std::shared_ptr<MenuItem> MenuItem::parentItem() const {
@@ -41,7 +43,8 @@ void Menu::addItem(const std::shared_ptr<MenuItem>& item) {
 }
 
 void Menu::removeAllItems() {
-    for (auto& item : items_) item->menu_.reset();
+    for (auto& item : items_)
+        item->menu_.reset();
     items_.clear();
 }
 

@@ -16,7 +16,7 @@ class Menu;
 // One entry of a menu. Menus are plain objects that the core builds; the
 // toolkit draws them.
 class MenuItem : public std::enable_shared_from_this<MenuItem> {
-public:
+  public:
     using Action = std::function<void()>;
 
     static std::shared_ptr<MenuItem> make(std::string title, std::string keyEquivalent = {},
@@ -40,7 +40,8 @@ public:
     void setAction(Action action) { action_ = std::move(action); }
     // Runs the action, as a click on the item does.
     void performAction() const {
-        if (action_) action_();
+        if (action_)
+            action_();
     }
 
     const std::shared_ptr<Menu>& submenu() const { return submenu_; }
@@ -50,7 +51,7 @@ public:
     std::shared_ptr<Menu> menu() const { return menu_.lock(); }
     std::shared_ptr<MenuItem> parentItem() const;
 
-private:
+  private:
     friend class Menu;
     std::string title_;
     std::string keyEquivalent_;
@@ -63,7 +64,7 @@ private:
 };
 
 class Menu : public std::enable_shared_from_this<Menu> {
-public:
+  public:
     static std::shared_ptr<Menu> make(std::string title = {});
 
     const std::string& title() const { return title_; }
@@ -73,7 +74,7 @@ public:
 
     std::shared_ptr<MenuItem> parentItem() const { return parentItem_.lock(); }
 
-private:
+  private:
     friend class MenuItem;
     std::string title_;
     std::vector<std::shared_ptr<MenuItem>> items_;

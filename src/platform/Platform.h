@@ -51,13 +51,13 @@ const Services& installed();
 
 // Installs services for a scope and puts the previous ones back after it.
 class ScopedInstall {
-public:
+  public:
     explicit ScopedInstall(const Services& services);
     ~ScopedInstall();
     ScopedInstall(const ScopedInstall&) = delete;
     ScopedInstall& operator=(const ScopedInstall&) = delete;
 
-private:
+  private:
     Services previous_;
 };
 

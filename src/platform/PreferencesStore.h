@@ -12,7 +12,7 @@ namespace platform {
 // The user's preferences: a key-value store of property-list values. Safe to
 // use from any thread.
 class PreferencesStore {
-public:
+  public:
     virtual ~PreferencesStore() = default;
 
     virtual std::optional<PropertyList> objectForKey(const std::string& key) const = 0;

@@ -1,14 +1,15 @@
 #pragma once
 
+#include <sys/types.h>
+
 #include <filesystem>
 #include <string>
-#include <sys/types.h>
 #include <vector>
 
 namespace platform {
 
 class ProcessLauncher {
-public:
+  public:
     virtual ~ProcessLauncher() = default;
     // Starts the executable detached from us. Empty on success, else the
     // error's text.

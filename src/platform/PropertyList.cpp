@@ -6,7 +6,8 @@
 namespace platform {
 
 std::optional<std::int64_t> PropertyList::signedInteger() const {
-    if (auto v = get<std::int64_t>()) return *v;
+    if (auto v = get<std::int64_t>())
+        return *v;
     if (auto v = get<std::uint64_t>()) {
         if (*v <= static_cast<std::uint64_t>(std::numeric_limits<std::int64_t>::max())) {
             return static_cast<std::int64_t>(*v);
@@ -16,24 +17,30 @@ std::optional<std::int64_t> PropertyList::signedInteger() const {
 }
 
 std::optional<std::uint64_t> PropertyList::unsignedInteger() const {
-    if (auto v = get<std::uint64_t>()) return *v;
+    if (auto v = get<std::uint64_t>())
+        return *v;
     if (auto v = get<std::int64_t>()) {
-        if (*v >= 0) return static_cast<std::uint64_t>(*v);
+        if (*v >= 0)
+            return static_cast<std::uint64_t>(*v);
     }
     return std::nullopt;
 }
 
 std::optional<double> PropertyList::number() const {
-    if (auto v = get<double>()) return *v;
-    if (auto v = get<std::int64_t>()) return static_cast<double>(*v);
-    if (auto v = get<std::uint64_t>()) return static_cast<double>(*v);
+    if (auto v = get<double>())
+        return *v;
+    if (auto v = get<std::int64_t>())
+        return static_cast<double>(*v);
+    if (auto v = get<std::uint64_t>())
+        return static_cast<double>(*v);
     return std::nullopt;
 }
 
 bool operator==(const PropertyList& a, const PropertyList& b) {
     if (a.isInteger() && b.isInteger()) {
         auto as = a.signedInteger(), bs = b.signedInteger();
-        if (as && bs) return *as == *bs;
+        if (as && bs)
+            return *as == *bs;
         auto au = a.unsignedInteger(), bu = b.unsignedInteger();
         return au && bu && *au == *bu;
     }
@@ -57,7 +64,8 @@ void describe(std::ostream& out, const PropertyList& value) {
             } else if constexpr (std::is_same_v<T, PropertyList::Array>) {
                 out << "[";
                 for (std::size_t i = 0; i < v.size(); ++i) {
-                    if (i) out << ", ";
+                    if (i)
+                        out << ", ";
                     describe(out, v[i]);
                 }
                 out << "]";
@@ -65,7 +73,8 @@ void describe(std::ostream& out, const PropertyList& value) {
                 out << "{";
                 bool first = true;
                 for (const auto& [key, item] : v) {
-                    if (!first) out << ", ";
+                    if (!first)
+                        out << ", ";
                     first = false;
                     out << '"' << key << "\": ";
                     describe(out, item);

@@ -13,7 +13,7 @@ namespace platform {
 // A property-list value: the types the preferences store, bundle
 // information and the property-list coder hold.
 class PropertyList {
-public:
+  public:
     using Data = std::vector<std::uint8_t>;
     using Date = std::chrono::system_clock::time_point;
     using Array = std::vector<PropertyList>;
@@ -69,7 +69,7 @@ public:
     // A short readable rendering, for messages and tests.
     std::string debugDescription() const;
 
-private:
+  private:
     Value value_;
 };
 

@@ -23,11 +23,14 @@ constexpr std::int64_t referenceDateOffset = 978307200;
 std::size_t validSequenceLength(std::string_view text, std::size_t at) {
     const auto byte = [&](std::size_t i) { return static_cast<unsigned char>(text[i]); };
     const unsigned char lead = byte(at);
-    if (lead < 0x80) return 1;
+    if (lead < 0x80)
+        return 1;
     const std::size_t length = lead >= 0xF0 ? 4 : lead >= 0xE0 ? 3 : lead >= 0xC2 ? 2 : 0;
-    if (length == 0 || lead > 0xF4 || at + length > text.size()) return 0;
+    if (length == 0 || lead > 0xF4 || at + length > text.size())
+        return 0;
     for (std::size_t i = 1; i < length; ++i) {
-        if ((byte(at + i) & 0xC0) != 0x80) return 0;
+        if ((byte(at + i) & 0xC0) != 0x80)
+            return 0;
     }
     const unsigned char second = byte(at + 1);
     const bool overlong = (lead == 0xE0 && second < 0xA0) || (lead == 0xF0 && second < 0x90);
@@ -39,14 +42,16 @@ std::size_t validSequenceLength(std::string_view text, std::size_t at) {
 bool isValidUTF8(std::string_view text) {
     for (std::size_t at = 0; at < text.size();) {
         const auto length = validSequenceLength(text, at);
-        if (length == 0) return false;
+        if (length == 0)
+            return false;
         at += length;
     }
     return true;
 }
 
 std::string replacingInvalidUTF8(const std::string& text) {
-    if (isValidUTF8(text)) return text;
+    if (isValidUTF8(text))
+        return text;
     std::string valid;
     for (std::size_t at = 0; at < text.size();) {
         const auto length = validSequenceLength(text, at);
@@ -106,7 +111,8 @@ plist_t toNode(const PropertyList& value) {
                 return dateNode(v);
             } else if constexpr (std::is_same_v<T, PropertyList::Array>) {
                 plist_t array = plist_new_array();
-                for (const auto& item : v) plist_array_append_item(array, toNode(item));
+                for (const auto& item : v)
+                    plist_array_append_item(array, toNode(item));
                 return array;
             } else {
                 plist_t dict = plist_new_dict();
@@ -127,7 +133,8 @@ std::optional<PropertyList> arrayFromNode(plist_t node, int depth) {
     array.reserve(count);
     for (uint32_t i = 0; i < count; ++i) {
         auto item = fromNode(plist_array_get_item(node, i), depth + 1);
-        if (!item) return std::nullopt;
+        if (!item)
+            return std::nullopt;
         array.push_back(std::move(*item));
     }
     return PropertyList(std::move(array));
@@ -137,7 +144,8 @@ std::optional<PropertyList> dictionaryFromNode(plist_t node, int depth) {
     PropertyList::Dictionary dict;
     plist_dict_iter iter = nullptr;
     plist_dict_new_iter(node, &iter);
-    if (!iter) return PropertyList(std::move(dict));
+    if (!iter)
+        return PropertyList(std::move(dict));
     std::optional<PropertyList> result;
     for (;;) {
         char* key = nullptr;
@@ -150,7 +158,8 @@ std::optional<PropertyList> dictionaryFromNode(plist_t node, int depth) {
         auto converted = fromNode(item, depth + 1);
         std::string keyText = key ? key : "";
         std::free(key);
-        if (!converted || !isValidUTF8(keyText)) break;
+        if (!converted || !isValidUTF8(keyText))
+            break;
         dict.insert_or_assign(std::move(keyText), std::move(*converted));
     }
     std::free(iter);
@@ -159,7 +168,8 @@ std::optional<PropertyList> dictionaryFromNode(plist_t node, int depth) {
 
 std::optional<PropertyList> fromNode(plist_t node, int depth) {
     // Deeply nested input is damaged input; refuse it before the stack does.
-    if (!node || depth > 512) return std::nullopt;
+    if (!node || depth > 512)
+        return std::nullopt;
     switch (plist_get_node_type(node)) {
         case PLIST_BOOLEAN: {
             uint8_t v = 0;
@@ -181,7 +191,8 @@ std::optional<PropertyList> fromNode(plist_t node, int depth) {
             plist_get_string_val(node, &v);
             std::string text = v ? v : "";
             std::free(v);
-            if (!isValidUTF8(text)) return std::nullopt;
+            if (!isValidUTF8(text))
+                return std::nullopt;
             return PropertyList(std::move(text));
         }
         case PLIST_DATA: {
@@ -232,7 +243,8 @@ std::string PropertyListCodec::encodeXML(const PropertyList& value) {
 }
 
 std::optional<PropertyList> PropertyListCodec::decode(std::string_view bytes) {
-    if (bytes.empty() || bytes.size() > std::numeric_limits<uint32_t>::max()) return std::nullopt;
+    if (bytes.empty() || bytes.size() > std::numeric_limits<uint32_t>::max())
+        return std::nullopt;
     plist_t raw = nullptr;
     const auto length = static_cast<uint32_t>(bytes.size());
     if (plist_is_binary(bytes.data(), length)) {
@@ -241,7 +253,8 @@ std::optional<PropertyList> PropertyListCodec::decode(std::string_view bytes) {
         plist_from_xml(bytes.data(), length, &raw);
     }
     PlistPtr node(raw);
-    if (!node || holdsTextWithNul(node.get())) return std::nullopt;
+    if (!node || holdsTextWithNul(node.get()))
+        return std::nullopt;
     return fromNode(node.get(), 0);
 }
 

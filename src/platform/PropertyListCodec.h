@@ -10,7 +10,7 @@ namespace platform {
 
 // Reading and writing property lists in the platform's binary and XML forms.
 class PropertyListCodec {
-public:
+  public:
     static PropertyList::Data encodeBinary(const PropertyList& value);
     static std::string encodeXML(const PropertyList& value);
 

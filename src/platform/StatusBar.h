@@ -9,13 +9,13 @@ namespace platform {
 
 // The clickable part of a status item.
 class StatusBarButton {
-public:
+  public:
     virtual ~StatusBarButton() = default;
     virtual void setImage(const Image& image) = 0;
 };
 
 class StatusItem {
-public:
+  public:
     virtual ~StatusItem() = default;
     // Null where the status bar gives the item no button.
     virtual StatusBarButton* button() = 0;
@@ -26,7 +26,7 @@ public:
 inline constexpr double variableStatusItemLength = -1;
 
 class StatusBar {
-public:
+  public:
     virtual ~StatusBar() = default;
     virtual std::shared_ptr<StatusItem> statusItemWithLength(double length) = 0;
 };

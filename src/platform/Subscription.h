@@ -18,7 +18,7 @@ struct Token {
 // A registration that ends when this object is destroyed or cancelled, like a
 // cancellable subscription.
 class Subscription {
-public:
+  public:
     Subscription() = default;
     explicit Subscription(std::function<void()> cancel) : cancel_(std::move(cancel)) {}
     Subscription(Subscription&& other) noexcept : cancel_(std::exchange(other.cancel_, {})) {}
@@ -34,11 +34,12 @@ public:
     ~Subscription() { cancel(); }
 
     void cancel() {
-        if (auto cancel = std::exchange(cancel_, {})) cancel();
+        if (auto cancel = std::exchange(cancel_, {}))
+            cancel();
     }
     explicit operator bool() const { return static_cast<bool>(cancel_); }
 
-private:
+  private:
     std::function<void()> cancel_;
 };
 

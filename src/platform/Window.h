@@ -37,7 +37,7 @@ class Window;
 // Told when a window is about to close. The window only refers to its
 // delegate; the delegate's owner keeps it alive.
 class WindowDelegate {
-public:
+  public:
     virtual ~WindowDelegate() = default;
     // window is null when the close notification came without a window.
     virtual void windowWillClose(Window* window) = 0;
@@ -46,13 +46,13 @@ public:
 // The toolkit's content of a window, built by the view layer from a model.
 // Opaque to the core.
 class ContentView {
-public:
+  public:
     virtual ~ContentView() = default;
 };
 
 // One of our own windows or panels.
 class Window {
-public:
+  public:
     virtual ~Window() = default;
 
     virtual std::string title() const = 0;
@@ -93,7 +93,7 @@ public:
 
 // Makes our windows. The toolkit half of a backend implements it.
 class Toolkit {
-public:
+  public:
     virtual ~Toolkit() = default;
     // A floating panel as made by the plain initialiser.
     virtual std::shared_ptr<Window> makePanel() = 0;

@@ -8,7 +8,7 @@ namespace platform {
 
 // Owns one window and shows or closes it.
 class WindowController {
-public:
+  public:
     explicit WindowController(std::shared_ptr<Window> window) : window_(std::move(window)) {}
 
     const std::shared_ptr<Window>& window() const { return window_; }
@@ -16,7 +16,8 @@ public:
     // Orders the window front; it becomes key unless it is a panel that only
     // becomes key when needed.
     void showWindow() {
-        if (!window_) return;
+        if (!window_)
+            return;
         if (window_->becomesKeyOnlyIfNeeded()) {
             window_->orderFront();
         } else {
@@ -25,10 +26,11 @@ public:
     }
 
     void close() {
-        if (window_) window_->close();
+        if (window_)
+            window_->close();
     }
 
-private:
+  private:
     std::shared_ptr<Window> window_;
 };
 

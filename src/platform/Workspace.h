@@ -18,7 +18,7 @@ namespace platform {
 // A running application as the workspace reports it. Shared objects: the
 // workspace hands out the same object for a process for as long as it runs.
 class RunningApplication {
-public:
+  public:
     virtual ~RunningApplication() = default;
 
     virtual pid_t processIdentifier() const = 0;
@@ -51,7 +51,7 @@ struct WorkspaceNotificationInfo {
 };
 
 class Workspace {
-public:
+  public:
     using NotificationHandler = std::function<void(const WorkspaceNotificationInfo&)>;
     using FrontmostHandler = std::function<void(const RunningApplicationRef&)>;
 

@@ -4,7 +4,7 @@
 #include <QCoreApplication>
 #include <QWidget>
 
-#include "views/X11WindowState.h"
+#include "views/TaskbarPresence.h"
 
 namespace platform::qt {
 

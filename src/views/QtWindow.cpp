@@ -11,7 +11,7 @@
 #include "views/QtContentView.h"
 #include "views/QtWindowFlags.h"
 #include "views/ScreenCoordinates.h"
-#include "views/X11WindowState.h"
+#include "views/WindowFrameExtents.h"
 
 namespace platform::qt {
 

@@ -1,6 +1,6 @@
-#include "platform/Menu.h"
-
 #include <gtest/gtest.h>
+
+#include "platform/Menu.h"
 
 using platform::Menu;
 using platform::MenuItem;

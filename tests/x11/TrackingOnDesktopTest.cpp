@@ -18,9 +18,9 @@
 #include "support/ScopedEnvironment.h"
 #include "support/StandardOutput.h"
 #include "tracking/AppsMonitor.h"
-#include "x11/DesktopEntryTestTree.h"
 #include "x11/InputTestDisplay.h"
 #include "x11/X11DesktopFixture.h"
+#include "xdg/DesktopEntryTestTree.h"
 
 namespace x11test {
 namespace {
@@ -28,7 +28,7 @@ namespace {
 namespace fs = std::filesystem;
 using platform::RunningApplicationRef;
 using platform::x11::X11Desktop;
-using platform::x11::fixtures::DesktopEntryTestTree;
+using platform::xdg::fixtures::DesktopEntryTestTree;
 using tarnwick::AppGrouping;
 using tarnwick::ListWindowViewModel;
 using Names = std::vector<std::string>;

@@ -15,7 +15,7 @@
 #include "X11TestClientProcess.h"
 #include "platform/sim/SimMainLoop.h"
 #include "platform/x11/X11Accessibility.h"
-#include "platform/x11/X11ProcessLauncher.h"
+#include "platform/xdg/XdgProcessLauncher.h"
 
 namespace x11test {
 
@@ -44,7 +44,7 @@ class X11DesktopTest : public ::testing::Test {
     // Starts a program in a session of its own, ended with the test; with a
     // title, waits for its window.
     pid_t start(std::vector<std::string> commandLine, const std::string& title = {}) {
-        platform::x11::X11ProcessLauncher::Options options;
+        platform::xdg::XdgProcessLauncher::Options options;
         options.quiet = true;
         const auto started = launcher.spawn(std::move(commandLine), options);
         EXPECT_TRUE(started) << started.error;
@@ -129,7 +129,7 @@ class X11DesktopTest : public ::testing::Test {
 
     platform::sim::SimMainLoop loop;
     std::unique_ptr<platform::x11::X11Accessibility> ax;
-    platform::x11::X11ProcessLauncher launcher{loop};
+    platform::xdg::XdgProcessLauncher launcher{loop};
     std::vector<pid_t> startedGroups;
 };
 

@@ -5,12 +5,12 @@
 #include <algorithm>
 #include <iterator>
 
-#include "platform/x11/ProcessInfo.h"
 #include "platform/x11/X11Desktop.h"
 #include "platform/x11/X11Workspace.h"
+#include "platform/xdg/ProcessInfo.h"
 #include "support/ScopedEnvironment.h"
-#include "x11/DesktopEntryTestTree.h"
 #include "x11/X11DesktopFixture.h"
+#include "xdg/DesktopEntryTestTree.h"
 
 namespace x11test {
 namespace {
@@ -18,7 +18,7 @@ namespace {
 using platform::RunningApplicationRef;
 using platform::WorkspaceNotification;
 using platform::x11::X11Desktop;
-using platform::x11::fixtures::DesktopEntryTestTree;
+using platform::xdg::fixtures::DesktopEntryTestTree;
 
 // The workspace of the whole Linux backend on the virtual desktop, with
 // installed applications from a temporary tree.
@@ -84,9 +84,9 @@ TEST_F(X11WorkspaceTest, ProcessesWithWindowsOrOfInstalledApplicationsRunAndSoDo
     const pid_t waiting = start({program.string()});
     pid_t helper = 0;
     ASSERT_TRUE(eventually([&] {
-        for (const pid_t pid : platform::x11::allProcessIdentifiers()) {
-            if (platform::x11::parentProcessIdentifier(pid) == waiting &&
-                platform::x11::ProcessInfo::read(pid).name == "quietly-waiting")
+        for (const pid_t pid : platform::xdg::allProcessIdentifiers()) {
+            if (platform::xdg::parentProcessIdentifier(pid) == waiting &&
+                platform::xdg::ProcessInfo::read(pid).name == "quietly-waiting")
                 helper = pid;
         }
         return helper != 0;
@@ -206,7 +206,7 @@ TEST_F(X11WorkspaceTest, TheFileManagerIsStartedInItsBackgroundModeToPlayTheFind
     startedGroups.push_back(pid);
     // Just started, the process may not have its arguments in place yet.
     EXPECT_TRUE(eventually([&] {
-        return platform::x11::ProcessInfo::read(pid).commandLine ==
+        return platform::xdg::ProcessInfo::read(pid).commandLine ==
                std::vector<std::string>{"pcmanfm", "--daemon-mode"};
     }));
 

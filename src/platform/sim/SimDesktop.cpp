@@ -76,7 +76,9 @@ std::vector<std::shared_ptr<SimRunningApplication>> SimDesktop::populateSampleAp
                                {nullptr, nullptr, nullptr}};
     for (std::size_t i = 0; i < apps.size(); ++i) {
         for (const char* title : titles[i]) {
-            if (title) accessibility_.addWindow(apps[i]->processIdentifier(), SimWindowSetup::titled(title));
+            if (title)
+                accessibility_.addWindow(apps[i]->processIdentifier(),
+                                         SimWindowSetup::titled(title));
         }
     }
     workspace_.setFrontmostApplication(apps.front());

@@ -70,13 +70,12 @@ void X11Accessibility::takeQueuedEvents() {
         handle(event);
 }
 
+// Errors come here too, unread: they answer requests about windows that
+// had gone, which the mirror learns of from their events.
 void X11Accessibility::handle(xcb_generic_event_t* event) {
-    if (event->response_type == 0) {
-        ++absorbedErrors_;
-    } else {
+    const Reply<xcb_generic_event_t> owned(event);
+    if (event->response_type != 0)
         mirror_.handleEvent(*event);
-    }
-    std::free(event);
 }
 
 AXErrorCode X11Accessibility::liveElement(const AXUIElementRef& element,

@@ -84,9 +84,6 @@ class X11Accessibility final : public Accessibility {
     // The main loop calls it when the connection has data; tests and
     // benchmarks may call it directly.
     void processEvents();
-    // The X errors taken off the connection unread (requests about windows
-    // that had gone).
-    std::size_t absorbedErrorCount() const { return absorbedErrors_; }
     bool isConnected() const;
 
     // The window state the reads answer from, for the other parts of the
@@ -114,7 +111,6 @@ class X11Accessibility final : public Accessibility {
     X11WindowMirror mirror_;
     X11ElementCommands commands_;
     Token watch_;
-    std::size_t absorbedErrors_ = 0;
     // Lets tasks posted to the loop know whether this object still exists.
     std::shared_ptr<bool> alive_ = std::make_shared<bool>(true);
 };

@@ -1,14 +1,27 @@
 #include "platform/x11/X11Connection.h"
 
-#include <cstdlib>
-
 namespace platform::x11 {
+
+xcb_atom_t internAtom(xcb_connection_t* connection, std::string_view name) {
+    const auto answer = awaitReply(
+        connection, xcb_intern_atom_reply,
+        xcb_intern_atom(connection, 0, static_cast<std::uint16_t>(name.size()), name.data()));
+    return answer ? answer->atom : xcb_atom_t{XCB_ATOM_NONE};
+}
+
+void sendToWindowManager(xcb_connection_t* connection, xcb_window_t root,
+                         const xcb_client_message_event_t& message) {
+    xcb_send_event(connection, 0, root,
+                   XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT | XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY,
+                   reinterpret_cast<const char*>(&message));
+}
 
 std::unique_ptr<X11Connection> X11Connection::open(const char* displayName) {
     int screenNumber = 0;
     xcb_connection_t* connection = xcb_connect(displayName, &screenNumber);
     if (!connection || xcb_connection_has_error(connection)) {
-        if (connection) xcb_disconnect(connection);
+        if (connection)
+            xcb_disconnect(connection);
         return nullptr;
     }
     return std::unique_ptr<X11Connection>(new X11Connection(connection, screenNumber));
@@ -17,7 +30,8 @@ std::unique_ptr<X11Connection> X11Connection::open(const char* displayName) {
 X11Connection::X11Connection(xcb_connection_t* connection, int screenNumber)
     : connection_(connection), screenNumber_(screenNumber) {
     auto iter = xcb_setup_roots_iterator(xcb_get_setup(connection_));
-    for (int i = 0; i < screenNumber_ && iter.rem; ++i) xcb_screen_next(&iter);
+    for (int i = 0; i < screenNumber_ && iter.rem; ++i)
+        xcb_screen_next(&iter);
     screen_ = iter.data;
     xcb_intern_atom_cookie_t* cookies = xcb_ewmh_init_atoms(connection_, &ewmh_);
     xcb_ewmh_init_atoms_replies(&ewmh_, cookies, nullptr);
@@ -26,30 +40,6 @@ X11Connection::X11Connection(xcb_connection_t* connection, int screenNumber)
 X11Connection::~X11Connection() {
     xcb_ewmh_connection_wipe(&ewmh_);
     xcb_disconnect(connection_);
-}
-
-std::optional<std::string> X11Connection::windowManagerName() {
-    xcb_window_t check = XCB_NONE;
-    if (!xcb_ewmh_get_supporting_wm_check_reply(
-            &ewmh_, xcb_ewmh_get_supporting_wm_check(&ewmh_, root()), &check, nullptr)) {
-        return std::nullopt;
-    }
-    xcb_ewmh_get_utf8_strings_reply_t name{};
-    if (!xcb_ewmh_get_wm_name_reply(&ewmh_, xcb_ewmh_get_wm_name(&ewmh_, check), &name, nullptr)) {
-        return std::string();
-    }
-    std::string text(name.strings, name.strings_len);
-    xcb_ewmh_get_utf8_strings_reply_wipe(&name);
-    return text;
-}
-
-xcb_atom_t X11Connection::atom(const std::string& name) {
-    auto cookie = xcb_intern_atom(connection_, 0, static_cast<uint16_t>(name.size()), name.c_str());
-    xcb_intern_atom_reply_t* reply = xcb_intern_atom_reply(connection_, cookie, nullptr);
-    if (!reply) return XCB_ATOM_NONE;
-    xcb_atom_t atom = reply->atom;
-    std::free(reply);
-    return atom;
 }
 
 }  // namespace platform::x11

@@ -3,16 +3,56 @@
 #include <xcb/xcb.h>
 #include <xcb/xcb_ewmh.h>
 
+#include <cstdint>
+#include <cstdlib>
 #include <memory>
-#include <optional>
-#include <string>
+#include <string_view>
+#include <type_traits>
 
 namespace platform::x11 {
+
+// What the server sends back, a reply or an error, as xcb hands it over:
+// allocated for the caller, who frees it. Every reply and error is held in
+// one of these, never freed by hand.
+struct XcbFree {
+    void operator()(void* pointer) const { std::free(pointer); }
+};
+template <typename T>
+using Reply = std::unique_ptr<T, XcbFree>;
+using ErrorReply = Reply<xcb_generic_error_t>;
+
+// Waits for the reply to a request, e.g.
+//   awaitReply(c, xcb_get_geometry_reply, xcb_get_geometry(c, window))
+// Null when the server answered with an error (a vanished window, say),
+// which is dropped; pass `error` to keep it.
+template <typename Receive, typename Cookie>
+auto awaitReply(xcb_connection_t* connection, Receive receive, Cookie cookie,
+                ErrorReply* error = nullptr) {
+    xcb_generic_error_t* raw = nullptr;
+    auto* answer = receive(connection, cookie, &raw);
+    ErrorReply owned(raw);
+    if (error)
+        *error = std::move(owned);
+    return Reply<std::remove_pointer_t<decltype(answer)>>(answer);
+}
+
+// Whether a checked request failed; its error, if any, is dropped.
+inline bool failed(xcb_connection_t* connection, xcb_void_cookie_t cookie) {
+    return ErrorReply(xcb_request_check(connection, cookie)) != nullptr;
+}
+
+// The atom with the name; XCB_ATOM_NONE when the server doesn't answer.
+xcb_atom_t internAtom(xcb_connection_t* connection, std::string_view name);
+
+// Sends a client message to the window manager through the root window of
+// the connection's first screen, as EWMH and ICCCM requests go.
+void sendToWindowManager(xcb_connection_t* connection, xcb_window_t root,
+                         const xcb_client_message_event_t& message);
 
 // One connection to the X server, with the EWMH atoms ready. Everything in
 // the backend talks to the server through it.
 class X11Connection {
-public:
+  public:
     // Nothing when the display can't be opened.
     static std::unique_ptr<X11Connection> open(const char* displayName = nullptr);
     ~X11Connection();
@@ -26,13 +66,12 @@ public:
     int screenNumber() const { return screenNumber_; }
     int fileDescriptor() const { return xcb_get_file_descriptor(connection_); }
 
-    // The name the window manager gives itself, when an EWMH window manager
-    // runs.
-    std::optional<std::string> windowManagerName();
+    xcb_atom_t atom(std::string_view name) { return internAtom(connection_, name); }
+    void sendToWindowManager(const xcb_client_message_event_t& message) {
+        x11::sendToWindowManager(connection_, root(), message);
+    }
 
-    xcb_atom_t atom(const std::string& name);
-
-private:
+  private:
     X11Connection(xcb_connection_t* connection, int screenNumber);
 
     xcb_connection_t* connection_;

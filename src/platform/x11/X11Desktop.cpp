@@ -30,14 +30,14 @@ X11Desktop::X11Desktop(MainLoop& loop, Options options,
     : loop_(loop),
       entries_(options.directories),
       icons_(options.directories),
-      defaultFileManager_(DefaultFileManager::find(entries_)),
+      defaultFileManager_(xdg::DefaultFileManager::find(entries_)),
       launcher_(loop),
       bundles_(options.mainBundle, options.directories),
       fileManager_(options.directories),
       fileViewer_(launcher_, defaultFileManager_),
-      preferences_(std::make_unique<PlistFileStore>(
+      preferences_(std::make_unique<xdg::PlistFileStore>(
           options.preferencesPath.empty()
-              ? PlistFileStore::defaultPath(X11Bundles::mainBundleIdentifier)
+              ? xdg::PlistFileStore::defaultPath(xdg::XdgBundles::mainBundleIdentifier)
               : options.preferencesPath,
           loop)),
       input_(std::make_unique<X11InputEventSource>(std::move(inputConnection), loop)),
@@ -59,8 +59,8 @@ X11Desktop::X11Desktop(MainLoop& loop, Options options,
 
 X11Desktop::~X11Desktop() = default;
 
-X11RunningApplication::Identity X11Desktop::ownIdentity(Bundle& mainBundle) {
-    X11RunningApplication::Identity identity;
+xdg::XdgRunningApplication::Identity X11Desktop::ownIdentity(Bundle& mainBundle) {
+    xdg::XdgRunningApplication::Identity identity;
     identity.bundleIdentifier = mainBundle.bundleIdentifier();
     identity.bundleURL = mainBundle.bundlePath();
     if (const auto* information = mainBundle.infoDictionary()) {

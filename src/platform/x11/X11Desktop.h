@@ -7,26 +7,46 @@
 
 #include "platform/MainLoop.h"
 #include "platform/Platform.h"
-#include "platform/x11/DefaultFileManager.h"
-#include "platform/x11/DesktopEntryDirectories.h"
-#include "platform/x11/DesktopEntryIcons.h"
-#include "platform/x11/DesktopEntryIndex.h"
-#include "platform/x11/PlistFileStore.h"
 #include "platform/x11/X11Accessibility.h"
 #include "platform/x11/X11ActiveWindowTracker.h"
-#include "platform/x11/X11Bundles.h"
 #include "platform/x11/X11Connection.h"
 #include "platform/x11/X11EventMonitors.h"
 #include "platform/x11/X11EventTap.h"
-#include "platform/x11/X11FileManager.h"
-#include "platform/x11/X11FileViewer.h"
 #include "platform/x11/X11HotKeys.h"
 #include "platform/x11/X11InputEventSource.h"
 #include "platform/x11/X11KeyboardLayouts.h"
-#include "platform/x11/X11ProcessLauncher.h"
 #include "platform/x11/X11RawInput.h"
 #include "platform/x11/X11Workspace.h"
-#include "platform/x11/X11WorkspaceIdentities.h"
+#include "platform/xdg/DefaultFileManager.h"
+#include "platform/xdg/DesktopEntryDirectories.h"
+#include "platform/xdg/DesktopEntryIcons.h"
+#include "platform/xdg/DesktopEntryIndex.h"
+#include "platform/xdg/PlistFileStore.h"
+#include "platform/xdg/ProcessIdentities.h"
+#include "platform/xdg/XdgBundles.h"
+#include "platform/xdg/XdgFileManager.h"
+#include "platform/xdg/XdgFileViewer.h"
+#include "platform/xdg/XdgProcessLauncher.h"
+
+// The seam's services (platform/Platform.h) and where this backend takes
+// each from:
+//   mainLoop          the loop the caller passes in (Qt's in the program)
+//   workspace         here: X11Workspace, processes with managed windows
+//   eventMonitors     here: X11EventMonitors, XInput2 raw events
+//   application       not here: the views' Qt application object
+//   toolkit           not here: the views' Qt widgets
+//   statusBar         not here: the views' Qt tray icon
+//   accessibility     here: X11Accessibility, EWMH window state
+//   keyboardLayouts   here: X11KeyboardLayouts, xkbcommon over the server's keymap
+//   hotKeys           here: X11HotKeys, key grabs on the root window
+//   eventTap          here: X11EventTap, listen-only raw events
+//   loginItemService  not yet: none on Linux
+//   updater           not yet: none on Linux
+//   processLauncher   here, from platform/xdg: XdgProcessLauncher
+//   bundles           here, from platform/xdg: XdgBundles, desktop entries
+//   fileManager       here, from platform/xdg: XdgFileManager
+//   fileViewer        here, from platform/xdg: XdgFileViewer, the default file manager
+//   preferences       here, from platform/xdg: PlistFileStore, a property-list file
 
 namespace platform::x11 {
 
@@ -41,8 +61,8 @@ class X11Desktop {
     struct Options {
         // The X display; empty for $DISPLAY.
         std::string displayName;
-        X11Bundles::MainBundleInfo mainBundle{currentExecutable(), {}, {}};
-        DesktopEntryDirectories directories = DesktopEntryDirectories::fromEnvironment();
+        xdg::XdgBundles::MainBundleInfo mainBundle{xdg::currentExecutable(), {}, {}};
+        xdg::DesktopEntryDirectories directories = xdg::DesktopEntryDirectories::fromEnvironment();
         // Empty for the preferences file's usual place.
         std::filesystem::path preferencesPath;
     };
@@ -59,13 +79,13 @@ class X11Desktop {
 
     X11Workspace& workspace() { return *workspace_; }
     X11Accessibility& accessibility() { return *accessibility_; }
-    X11ProcessLauncher& processLauncher() { return launcher_; }
-    X11FileManager& fileManager() { return fileManager_; }
-    X11FileViewer& fileViewer() { return fileViewer_; }
-    X11Bundles& bundles() { return bundles_; }
-    PlistFileStore& preferences() { return *preferences_; }
-    const DesktopEntryIndex& desktopEntries() const { return entries_; }
-    const std::optional<DefaultFileManager>& defaultFileManager() const {
+    xdg::XdgProcessLauncher& processLauncher() { return launcher_; }
+    xdg::XdgFileManager& fileManager() { return fileManager_; }
+    xdg::XdgFileViewer& fileViewer() { return fileViewer_; }
+    xdg::XdgBundles& bundles() { return bundles_; }
+    xdg::PlistFileStore& preferences() { return *preferences_; }
+    const xdg::DesktopEntryIndex& desktopEntries() const { return entries_; }
+    const std::optional<xdg::DefaultFileManager>& defaultFileManager() const {
         return defaultFileManager_;
     }
 
@@ -73,17 +93,17 @@ class X11Desktop {
     X11Desktop(MainLoop& loop, Options options, std::unique_ptr<X11Connection> inputConnection,
                std::unique_ptr<X11Accessibility> accessibility);
 
-    static X11RunningApplication::Identity ownIdentity(Bundle& mainBundle);
+    static xdg::XdgRunningApplication::Identity ownIdentity(Bundle& mainBundle);
 
     MainLoop& loop_;
-    DesktopEntryIndex entries_;
-    DesktopEntryIcons icons_;
-    std::optional<DefaultFileManager> defaultFileManager_;
-    X11ProcessLauncher launcher_;
-    X11Bundles bundles_;
-    X11FileManager fileManager_;
-    X11FileViewer fileViewer_;
-    std::unique_ptr<PlistFileStore> preferences_;
+    xdg::DesktopEntryIndex entries_;
+    xdg::DesktopEntryIcons icons_;
+    std::optional<xdg::DefaultFileManager> defaultFileManager_;
+    xdg::XdgProcessLauncher launcher_;
+    xdg::XdgBundles bundles_;
+    xdg::XdgFileManager fileManager_;
+    xdg::XdgFileViewer fileViewer_;
+    std::unique_ptr<xdg::PlistFileStore> preferences_;
 
     std::unique_ptr<X11InputEventSource> input_;
     std::unique_ptr<X11KeyboardLayouts> keyboardLayouts_;
@@ -94,7 +114,7 @@ class X11Desktop {
     std::unique_ptr<X11EventTap> eventTap_;
     std::unique_ptr<X11Accessibility> accessibility_;
 
-    X11WorkspaceIdentities identities_;
+    xdg::ProcessIdentities identities_;
     std::unique_ptr<X11Workspace> workspace_;
 };
 

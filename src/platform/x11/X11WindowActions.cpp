@@ -27,9 +27,7 @@ void X11WindowActions::iconify(xcb_window_t window) {
     message.window = window;
     message.type = changeState_;
     message.data.data32[0] = XCB_ICCCM_WM_STATE_ICONIC;
-    xcb_send_event(connection_.connection(), 0, connection_.root(),
-                   XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT | XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY,
-                   reinterpret_cast<const char*>(&message));
+    connection_.sendToWindowManager(message);
     xcb_flush(connection_.connection());
 }
 

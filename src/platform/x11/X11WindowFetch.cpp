@@ -1,6 +1,5 @@
 #include "platform/x11/X11WindowFetch.h"
 
-#include <cstdlib>
 #include <cstring>
 #include <memory>
 #include <utility>
@@ -11,12 +10,6 @@ namespace {
 
 // Titles longer than this many 32-bit units are cut; nobody reads them whole.
 constexpr std::uint32_t maxPropertyLength = 4096;
-
-struct FreeDeleter {
-    void operator()(void* pointer) const { std::free(pointer); }
-};
-template <typename T>
-using Reply = std::unique_ptr<T, FreeDeleter>;
 
 xcb_atom_t atomOf(X11Connection& connection, X11WindowProperty property) {
     auto& ewmh = connection.ewmh();
@@ -143,17 +136,9 @@ void applyProperty(X11Connection& connection, X11WindowProperty property,
     }
 }
 
-template <typename ReplyType, typename Cookie, typename Receive>
-Reply<ReplyType> take(xcb_connection_t* connection, Cookie cookie, Receive receive) {
-    xcb_generic_error_t* error = nullptr;
-    Reply<ReplyType> reply(receive(connection, cookie, &error));
-    std::free(error);
-    return reply;
-}
-
 Reply<xcb_get_property_reply_t> takeProperty(xcb_connection_t* connection,
                                              xcb_get_property_cookie_t cookie) {
-    return take<xcb_get_property_reply_t>(connection, cookie, xcb_get_property_reply);
+    return awaitReply(connection, xcb_get_property_reply, cookie);
 }
 
 bool applyOrigin(const xcb_translate_coordinates_reply_t* reply, X11WindowState& state) {
@@ -169,7 +154,8 @@ pid_t connectionPidOf(const xcb_res_query_client_ids_reply_t* reply) {
         return 0;
     auto ids = xcb_res_query_client_ids_ids_iterator(reply);
     for (; ids.rem; xcb_res_client_id_value_next(&ids)) {
-        if (!(reinterpret_cast<const xcb_res_client_id_spec_t*>(ids.data)->mask & XCB_RES_CLIENT_ID_MASK_LOCAL_CLIENT_PID))
+        if (!(reinterpret_cast<const xcb_res_client_id_spec_t*>(ids.data)->mask &
+              XCB_RES_CLIENT_ID_MASK_LOCAL_CLIENT_PID))
             continue;
         if (xcb_res_client_id_value_value_length(ids.data) < 1)
             continue;
@@ -202,9 +188,8 @@ bool readX11WindowProperty(X11Connection& connection, xcb_window_t window,
 
 bool readX11WindowOrigin(X11Connection& connection, xcb_window_t window, X11WindowState& state) {
     auto* c = connection.connection();
-    auto reply = take<xcb_translate_coordinates_reply_t>(
-        c, xcb_translate_coordinates(c, window, connection.root(), 0, 0),
-        xcb_translate_coordinates_reply);
+    auto reply = awaitReply(c, xcb_translate_coordinates_reply,
+                            xcb_translate_coordinates(c, window, connection.root(), 0, 0));
     return applyOrigin(reply.get(), state);
 }
 
@@ -266,13 +251,11 @@ std::optional<X11WindowState> X11WindowFetch::receive() {
         }
         applyProperty(*connection_, static_cast<X11WindowProperty>(i), reply.get(), state);
     }
-    auto geometry = take<xcb_get_geometry_reply_t>(c, geometry_, xcb_get_geometry_reply);
-    auto origin =
-        take<xcb_translate_coordinates_reply_t>(c, origin_, xcb_translate_coordinates_reply);
+    auto geometry = awaitReply(c, xcb_get_geometry_reply, geometry_);
+    auto origin = awaitReply(c, xcb_translate_coordinates_reply, origin_);
     Reply<xcb_res_query_client_ids_reply_t> owner;
-    if (askOwner_) {
-        owner = take<xcb_res_query_client_ids_reply_t>(c, owner_, xcb_res_query_client_ids_reply);
-    }
+    if (askOwner_)
+        owner = awaitReply(c, xcb_res_query_client_ids_reply, owner_);
     if (vanished || !geometry || !applyOrigin(origin.get(), state))
         return std::nullopt;
     state.width = geometry->width;

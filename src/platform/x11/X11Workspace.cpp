@@ -6,7 +6,7 @@
 #include <algorithm>
 #include <set>
 
-#include "platform/x11/ProcessInfo.h"
+#include "platform/xdg/ProcessInfo.h"
 
 namespace platform::x11 {
 
@@ -18,7 +18,7 @@ X11Workspace::X11Workspace(Parts parts)
       launcher_(parts.launcher),
       identities_(parts.identities),
       watcher_(parts.loop) {
-    own_ = std::make_shared<X11RunningApplication>(::getpid(), identities_.ownIdentity());
+    own_ = std::make_shared<xdg::XdgRunningApplication>(::getpid(), identities_.ownIdentity());
     addRunningAtStart();
     startFileManagerIfNeeded();
     accessibility_.addWindowListener(*this);
@@ -52,8 +52,8 @@ void X11Workspace::addRunningAtStart() {
 
     add(own_);
     for (const auto pid : processes) {
-        if (isProcessAlive(pid)) {
-            add(std::make_shared<X11RunningApplication>(
+        if (xdg::isProcessAlive(pid)) {
+            add(std::make_shared<xdg::XdgRunningApplication>(
                 pid, identities_.identityOf(pid, windowClassOf(pid))));
         }
     }
@@ -72,7 +72,7 @@ void X11Workspace::startFileManagerIfNeeded() {
     const auto started = launcher_.spawn(fileManager->backgroundCommandLine(), {{}, true});
     // Already running before anyone could listen: no launch to announce.
     if (started)
-        add(std::make_shared<X11RunningApplication>(started.pid, *finder));
+        add(std::make_shared<xdg::XdgRunningApplication>(started.pid, *finder));
 }
 
 std::vector<RunningApplicationRef> X11Workspace::runningApplications() const {
@@ -108,8 +108,8 @@ void X11Workspace::terminated(const Application& application) {
 }
 
 void X11Workspace::windowJoined(xcb_window_t window, pid_t pid) {
-    if (pid > 0 && !find(pid) && isProcessAlive(pid)) {
-        const auto application = std::make_shared<X11RunningApplication>(
+    if (pid > 0 && !find(pid) && xdg::isProcessAlive(pid)) {
+        const auto application = std::make_shared<xdg::XdgRunningApplication>(
             pid, identities_.identityOf(pid, windowClassOf(window)));
         add(application);
         post(WorkspaceNotification::didLaunchApplication, application);
@@ -124,14 +124,14 @@ void X11Workspace::windowLeft(xcb_window_t window, pid_t) {
         updateFrontmost();
 }
 
-std::optional<X11WindowClass> X11Workspace::windowClassOf(pid_t pid) {
+std::optional<xdg::WindowClass> X11Workspace::windowClassOf(pid_t pid) {
     const auto windows = accessibility_.windowMirror().windowsOf(pid);
     if (windows.empty())
         return std::nullopt;
     return windowClassOf(windows.front());
 }
 
-std::optional<X11WindowClass> X11Workspace::windowClassOf(xcb_window_t window) {
+std::optional<xdg::WindowClass> X11Workspace::windowClassOf(xcb_window_t window) {
     xcb_connection_t* connection = input_.xcb();
     xcb_icccm_get_wm_class_reply_t reply{};
     // A window gone in the meantime answers with an error: no class.
@@ -142,8 +142,8 @@ std::optional<X11WindowClass> X11Workspace::windowClassOf(xcb_window_t window) {
     input_.dispatchSoon();
     if (!found)
         return std::nullopt;
-    X11WindowClass windowClass{reply.instance_name ? reply.instance_name : "",
-                               reply.class_name ? reply.class_name : ""};
+    xdg::WindowClass windowClass{reply.instance_name ? reply.instance_name : "",
+                                 reply.class_name ? reply.class_name : ""};
     xcb_icccm_get_wm_class_reply_wipe(&reply);
     return windowClass;
 }

@@ -12,13 +12,13 @@
 #include "platform/MainLoop.h"
 #include "platform/Workspace.h"
 #include "platform/WorkspaceObservers.h"
-#include "platform/x11/ProcessWatcher.h"
 #include "platform/x11/X11Accessibility.h"
 #include "platform/x11/X11ActiveWindowTracker.h"
 #include "platform/x11/X11InputEventSource.h"
-#include "platform/x11/X11ProcessLauncher.h"
-#include "platform/x11/X11RunningApplication.h"
-#include "platform/x11/X11WorkspaceIdentities.h"
+#include "platform/xdg/ProcessIdentities.h"
+#include "platform/xdg/ProcessWatcher.h"
+#include "platform/xdg/XdgProcessLauncher.h"
+#include "platform/xdg/XdgRunningApplication.h"
 
 namespace platform::x11 {
 
@@ -46,8 +46,8 @@ class X11Workspace final : public Workspace, private X11WindowMirrorListener {
         X11Accessibility& accessibility;
         X11InputEventSource& input;
         const X11ActiveWindowTracker& activeWindow;
-        X11ProcessLauncher& launcher;
-        const X11WorkspaceIdentities& identities;
+        xdg::XdgProcessLauncher& launcher;
+        const xdg::ProcessIdentities& identities;
     };
 
     explicit X11Workspace(Parts parts);
@@ -65,15 +65,15 @@ class X11Workspace final : public Workspace, private X11WindowMirrorListener {
     Subscription observeFrontmostApplication(bool initial, FrontmostHandler handler) override;
 
   private:
-    using Application = std::shared_ptr<X11RunningApplication>;
+    using Application = std::shared_ptr<xdg::XdgRunningApplication>;
 
     void addRunningAtStart();
     void startFileManagerIfNeeded();
     Application find(pid_t pid) const;
     void add(const Application& application);
     void terminated(const Application& application);
-    std::optional<X11WindowClass> windowClassOf(xcb_window_t window);
-    std::optional<X11WindowClass> windowClassOf(pid_t pid);
+    std::optional<xdg::WindowClass> windowClassOf(xcb_window_t window);
+    std::optional<xdg::WindowClass> windowClassOf(pid_t pid);
 
     void post(WorkspaceNotification name, RunningApplicationRef application);
     // The owner of the active window, as far as it is one of ours; observers
@@ -92,9 +92,9 @@ class X11Workspace final : public Workspace, private X11WindowMirrorListener {
     X11Accessibility& accessibility_;
     X11InputEventSource& input_;
     const X11ActiveWindowTracker& activeWindow_;
-    X11ProcessLauncher& launcher_;
-    const X11WorkspaceIdentities& identities_;
-    ProcessWatcher watcher_;
+    xdg::XdgProcessLauncher& launcher_;
+    const xdg::ProcessIdentities& identities_;
+    xdg::ProcessWatcher watcher_;
 
     // In the order they became known.
     std::vector<Application> running_;

@@ -1,0 +1,53 @@
+#include "platform/xdg/DefaultFileManager.h"
+
+#include <array>
+#include <string_view>
+
+#include "platform/xdg/DesktopEntryExec.h"
+
+namespace platform::xdg {
+
+namespace {
+
+struct BackgroundMode {
+    std::string_view program;
+    std::string_view option;
+};
+
+// File managers that can run without a window, waiting to be asked for one.
+constexpr std::array<BackgroundMode, 5> backgroundModes{{
+    {"pcmanfm", "--daemon-mode"},
+    {"pcmanfm-qt", "--daemon-mode"},
+    {"thunar", "--daemon"},
+    {"Thunar", "--daemon"},
+    {"nautilus", "--gapplication-service"},
+}};
+
+}  // namespace
+
+const std::filesystem::path& DefaultFileManager::finderBundlePath() {
+    static const std::filesystem::path path("/System/Library/CoreServices/Finder.app");
+    return path;
+}
+
+std::optional<DefaultFileManager> DefaultFileManager::find(const DesktopEntryIndex& index,
+                                                           const MimeApps& mimeApps) {
+    const auto* entry = mimeApps.defaultApplication(contentType, index);
+    if (!entry)
+        return std::nullopt;
+    return DefaultFileManager(*entry);
+}
+
+std::vector<std::string> DefaultFileManager::backgroundCommandLine() const {
+    auto commandLine = desktopEntryCommandLine(entry_.exec);
+    if (commandLine.empty())
+        return commandLine;
+    const auto program = std::filesystem::path(commandLine.front()).filename().string();
+    for (const auto& mode : backgroundModes) {
+        if (program == mode.program)
+            return {commandLine.front(), std::string(mode.option)};
+    }
+    return commandLine;
+}
+
+}  // namespace platform::xdg

@@ -1,0 +1,353 @@
+#include "platform/xdg/PlistFileStore.h"
+
+#include <fcntl.h>
+#include <pwd.h>
+#include <sys/inotify.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <chrono>
+#include <cstdlib>
+#include <cstring>
+#include <vector>
+
+#include "platform/PropertyListCodec.h"
+#include "support/StandardOutput.h"
+
+namespace platform::xdg {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+// Far beyond any real preferences; a bigger file is treated as damaged
+// rather than read into memory.
+constexpr off_t largestReadableFile = off_t{256} << 20;
+
+std::string systemError(int error) {
+    return std::strerror(error);
+}
+
+class FileDescriptor {
+  public:
+    explicit FileDescriptor(int fd) : fd_(fd) {}
+    ~FileDescriptor() {
+        if (fd_ >= 0)
+            ::close(fd_);
+    }
+    FileDescriptor(const FileDescriptor&) = delete;
+    FileDescriptor& operator=(const FileDescriptor&) = delete;
+    int get() const { return fd_; }
+    explicit operator bool() const { return fd_ >= 0; }
+
+  private:
+    int fd_;
+};
+
+bool writeAll(int fd, const PropertyList::Data& bytes) {
+    std::size_t written = 0;
+    while (written < bytes.size()) {
+        const auto n = ::write(fd, bytes.data() + written, bytes.size() - written);
+        if (n < 0 && errno == EINTR)
+            continue;
+        if (n <= 0)
+            return false;
+        written += static_cast<std::size_t>(n);
+    }
+    return true;
+}
+
+std::optional<std::string> readAll(int fd, off_t expectedSize) {
+    std::string bytes;
+    bytes.reserve(static_cast<std::size_t>(expectedSize));
+    char buffer[65536];
+    for (;;) {
+        const auto n = ::read(fd, buffer, sizeof buffer);
+        if (n < 0 && errno == EINTR)
+            continue;
+        if (n < 0)
+            return std::nullopt;
+        if (n == 0)
+            return bytes;
+        bytes.append(buffer, static_cast<std::size_t>(n));
+    }
+}
+
+void syncFolder(const fs::path& folder) {
+    FileDescriptor fd(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    if (fd)
+        ::fsync(fd.get());
+}
+
+std::string utcTimestamp() {
+    const std::time_t now = std::chrono::system_clock::to_time_t(std::chrono::system_clock::now());
+    std::tm utc{};
+    ::gmtime_r(&now, &utc);
+    char text[32];
+    std::strftime(text, sizeof text, "%Y%m%dT%H%M%SZ", &utc);
+    return text;
+}
+
+// <name>.damaged-<UTC timestamp>, with a counter when that name is taken.
+fs::path unusedDamagedPath(const fs::path& path) {
+    const std::string base = path.string() + ".damaged-" + utcTimestamp();
+    fs::path candidate = base;
+    for (int counter = 2; fs::exists(candidate); ++counter) {
+        candidate = base + "-" + std::to_string(counter);
+    }
+    return candidate;
+}
+
+}  // namespace
+
+PlistFileStore::PlistFileStore(fs::path path, MainLoop& loop)
+    : path_(std::move(path)), loop_(loop) {
+    loadAtStart();
+    startWatching();
+}
+
+PlistFileStore::~PlistFileStore() {
+    if (watch_)
+        loop_.unwatch(watch_);
+    if (inotifyDescriptor_ >= 0)
+        ::close(inotifyDescriptor_);
+}
+
+fs::path PlistFileStore::defaultPath(const std::string& bundleIdentifier) {
+    fs::path configHome;
+    if (const char* xdg = std::getenv("XDG_CONFIG_HOME"); xdg && fs::path(xdg).is_absolute()) {
+        configHome = xdg;
+    } else if (const char* home = std::getenv("HOME"); home && *home) {
+        configHome = fs::path(home) / ".config";
+    } else if (const passwd* user = ::getpwuid(::getuid()); user && user->pw_dir) {
+        configHome = fs::path(user->pw_dir) / ".config";
+    }
+    return configHome / "tarnwick" / (bundleIdentifier + ".plist");
+}
+
+std::optional<PropertyList::Dictionary> PlistFileStore::parse(std::string_view bytes) {
+    auto list = PropertyListCodec::decode(bytes);
+    if (!list || !list->dictionary())
+        return std::nullopt;
+    return *list->dictionary();
+}
+
+PlistFileStore::FileIdentity PlistFileStore::FileIdentity::of(const struct stat& status) {
+    return FileIdentity{status.st_dev, status.st_ino, status.st_size, status.st_mtim.tv_sec,
+                        status.st_mtim.tv_nsec};
+}
+
+std::optional<PlistFileStore::FileIdentity> PlistFileStore::identityOf(const fs::path& path) {
+    struct stat status {};
+    if (::stat(path.c_str(), &status) != 0)
+        return std::nullopt;
+    return FileIdentity::of(status);
+}
+
+namespace {
+
+// What the file held: nothing (no file), a dictionary, or damage.
+struct FileContents {
+    enum class Kind { missing, values, damaged } kind;
+    PropertyList::Dictionary values;
+    std::string damage;
+    struct stat status {};
+};
+
+FileContents readPreferencesFile(const fs::path& path) {
+    FileContents contents{FileContents::Kind::damaged, {}, {}, {}};
+    FileDescriptor fd(::open(path.c_str(), O_RDONLY | O_CLOEXEC));
+    if (!fd) {
+        if (errno == ENOENT)
+            contents.kind = FileContents::Kind::missing;
+        contents.damage = systemError(errno);
+        return contents;
+    }
+    if (::fstat(fd.get(), &contents.status) != 0) {
+        contents.damage = systemError(errno);
+    } else if (!S_ISREG(contents.status.st_mode)) {
+        contents.damage = "not a regular file";
+    } else if (contents.status.st_size > largestReadableFile) {
+        contents.damage = "too large";
+    } else if (auto bytes = readAll(fd.get(), contents.status.st_size); !bytes) {
+        contents.damage = systemError(errno);
+    } else if (auto values = PlistFileStore::parse(*bytes)) {
+        contents.kind = FileContents::Kind::values;
+        contents.values = std::move(*values);
+    } else {
+        contents.damage = "not a property-list dictionary";
+    }
+    return contents;
+}
+
+}  // namespace
+
+void PlistFileStore::loadAtStart() {
+    auto contents = readPreferencesFile(path_);
+    switch (contents.kind) {
+        case FileContents::Kind::missing:
+            break;
+        case FileContents::Kind::values:
+            values_ = std::move(contents.values);
+            lastKnownFile_ = FileIdentity::of(contents.status);
+            break;
+        case FileContents::Kind::damaged:
+            moveDamagedFileAside(contents.damage, "started with empty preferences");
+            break;
+    }
+}
+
+void PlistFileStore::moveDamagedFileAside(const std::string& reason, std::string_view outcome) {
+    const auto damagedPath = unusedDamagedPath(path_);
+    const std::string problem =
+        "Preferences file " + path_.string() + " could not be read (" + reason + ")";
+    if (::rename(path_.c_str(), damagedPath.c_str()) == 0) {
+        lastKnownFile_.reset();
+        quillbox::printLine(problem + "; kept it as " + damagedPath.string() + " and " +
+                            std::string(outcome) + ".");
+    } else {
+        saving_ = false;
+        quillbox::printLine(problem + " nor moved aside (" + systemError(errno) +
+                            "); changes to preferences will not be saved.");
+    }
+}
+
+void PlistFileStore::startWatching() {
+    std::error_code ignored;
+    fs::create_directories(path_.parent_path(), ignored);
+    inotifyDescriptor_ = ::inotify_init1(IN_NONBLOCK | IN_CLOEXEC);
+    if (inotifyDescriptor_ < 0)
+        return;
+    const auto events = IN_CLOSE_WRITE | IN_MOVED_TO | IN_MOVED_FROM | IN_DELETE;
+    if (::inotify_add_watch(inotifyDescriptor_, path_.parent_path().c_str(), events) < 0)
+        return;
+    watch_ = loop_.watchFileDescriptor(inotifyDescriptor_, [this] { readWatchEvents(); });
+}
+
+void PlistFileStore::readWatchEvents() {
+    const std::string fileName = path_.filename().string();
+    bool concernsOurFile = false;
+    alignas(inotify_event) char buffer[8192];
+    for (;;) {
+        const auto length = ::read(inotifyDescriptor_, buffer, sizeof buffer);
+        if (length < 0 && errno == EINTR)
+            continue;
+        if (length <= 0)
+            break;
+        for (ssize_t offset = 0; offset < length;) {
+            const auto* event = reinterpret_cast<const inotify_event*>(buffer + offset);
+            if ((event->mask & IN_Q_OVERFLOW) || (event->len > 0 && fileName == event->name)) {
+                concernsOurFile = true;
+            }
+            offset += static_cast<ssize_t>(sizeof(inotify_event) + event->len);
+        }
+    }
+    if (concernsOurFile)
+        reloadAfterOutsideChange();
+}
+
+void PlistFileStore::reloadAfterOutsideChange() {
+    bool changed = false;
+    {
+        std::lock_guard lock(mutex_);
+        // Our own last write, or nothing new since it.
+        if (identityOf(path_) == lastKnownFile_)
+            return;
+        auto contents = readPreferencesFile(path_);
+        switch (contents.kind) {
+            case FileContents::Kind::missing:
+                lastKnownFile_.reset();
+                changed = !values_.empty();
+                values_.clear();
+                break;
+            case FileContents::Kind::values:
+                lastKnownFile_ = FileIdentity::of(contents.status);
+                changed = contents.values != values_;
+                values_ = std::move(contents.values);
+                break;
+            case FileContents::Kind::damaged:
+                moveDamagedFileAside(contents.damage, "kept the preferences already loaded");
+                save();
+                break;
+        }
+    }
+    // Already on the main loop: the watch runs there.
+    if (changed)
+        changed_->emit();
+}
+
+std::optional<PropertyList> PlistFileStore::objectForKey(const std::string& key) const {
+    std::lock_guard lock(mutex_);
+    auto found = values_.find(key);
+    if (found == values_.end())
+        return std::nullopt;
+    return found->second;
+}
+
+void PlistFileStore::setObject(const std::string& key, const PropertyList& value) {
+    {
+        std::lock_guard lock(mutex_);
+        values_.insert_or_assign(key, value);
+        save();
+    }
+    announceChangeLater();
+}
+
+void PlistFileStore::removeObject(const std::string& key) {
+    {
+        std::lock_guard lock(mutex_);
+        values_.erase(key);
+        save();
+    }
+    announceChangeLater();
+}
+
+PropertyList::Dictionary PlistFileStore::dictionaryRepresentation() const {
+    std::lock_guard lock(mutex_);
+    return values_;
+}
+
+Subscription PlistFileStore::observeChanges(std::function<void()> handler) {
+    return changed_->connect(std::move(handler));
+}
+
+void PlistFileStore::announceChangeLater() {
+    loop_.post([weakSignal = std::weak_ptr<quillbox::Signal<>>(changed_)] {
+        if (auto signal = weakSignal.lock())
+            signal->emit();
+    });
+}
+
+// Called with the mutex held. A reader sees the old file or the new one,
+// never a part: the bytes go to a temporary file that is synced before it
+// is renamed over the real one, and the folder is synced after.
+void PlistFileStore::save() {
+    if (!saving_)
+        return;
+    const auto bytes = PropertyListCodec::encodeBinary(PropertyList(values_));
+    const fs::path folder = path_.parent_path();
+    std::error_code ignored;
+    if (fs::create_directories(folder, ignored)) {
+        fs::permissions(folder, fs::perms::owner_all, ignored);
+    }
+    std::string temporary = (folder / ("." + path_.filename().string() + ".XXXXXX")).string();
+    FileDescriptor fd(::mkostemp(temporary.data(), O_CLOEXEC));
+    struct stat status {};
+    const bool written = fd && ::fchmod(fd.get(), S_IRUSR | S_IWUSR) == 0 &&
+                         writeAll(fd.get(), bytes) && ::fsync(fd.get()) == 0 &&
+                         ::fstat(fd.get(), &status) == 0 &&
+                         ::rename(temporary.c_str(), path_.c_str()) == 0;
+    if (!written) {
+        const int error = errno;
+        if (fd)
+            ::unlink(temporary.c_str());
+        quillbox::printLine("Could not save preferences to " + path_.string() + ": " +
+                            systemError(error));
+        return;
+    }
+    syncFolder(folder);
+    lastKnownFile_ = FileIdentity::of(status);
+}
+
+}  // namespace platform::xdg

@@ -1,0 +1,134 @@
+#include "platform/xdg/ProcessIdentities.h"
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <charconv>
+#include <cstdlib>
+#include <fstream>
+#include <map>
+#include <sstream>
+#include <string_view>
+
+#include "platform/xdg/ProcessInfo.h"
+
+namespace platform::xdg {
+
+ProcessIdentities::ProcessIdentities(const DesktopEntryIndex& entries,
+                                     const DesktopEntryIcons& icons,
+                                     std::optional<DefaultFileManager> fileManager, Identity own,
+                                     std::filesystem::path ownExecutable)
+    : entries_(entries),
+      icons_(icons),
+      fileManager_(std::move(fileManager)),
+      own_(std::move(own)),
+      ownExecutable_(std::move(ownExecutable)) {}
+
+bool ProcessIdentities::isOurs(pid_t pid) const {
+    if (pid == ::getpid())
+        return true;
+    return !ownExecutable_.empty() && ProcessInfo::read(pid).executable == ownExecutable_;
+}
+
+const DesktopEntry* ProcessIdentities::entryOf(
+    pid_t pid, const std::optional<WindowClass>& windowClass) const {
+    if (const auto* entry = entries_.entryForProcess(pid))
+        return entry;
+    if (windowClass)
+        return entries_.entryForWindowClass(windowClass->instanceName, windowClass->className);
+    return nullptr;
+}
+
+ProcessIdentities::Identity ProcessIdentities::identityOf(
+    pid_t pid, const std::optional<WindowClass>& windowClass) const {
+    if (isOurs(pid))
+        return own_;
+    return XdgRunningApplication::identityFor(pid, entryOf(pid, windowClass), fileManager(),
+                                              icons_);
+}
+
+std::optional<ProcessIdentities::Identity> ProcessIdentities::finderIdentity() const {
+    if (!fileManager_)
+        return std::nullopt;
+    return XdgRunningApplication::finderIdentityOf(fileManager_->entry(), icons_);
+}
+
+std::vector<pid_t> ProcessIdentities::processesWithEntries() const {
+    const char* display = std::getenv("DISPLAY");
+    std::map<pid_t, const DesktopEntry*> found;
+    for (const pid_t pid : allProcessIdentifiers()) {
+        if (!isOwnUsersProcess(pid) || !isOnDisplay(pid, display))
+            continue;
+        if (const auto* entry = entries_.entryForProcess(pid))
+            found.emplace(pid, entry);
+    }
+    std::vector<pid_t> processes;
+    for (const auto& [pid, entry] : found) {
+        const auto parent = parentProcessIdentifier(pid);
+        const auto parentEntry = parent ? found.find(*parent) : found.end();
+        if (parentEntry != found.end() && parentEntry->second == entry)
+            continue;
+        processes.push_back(pid);
+    }
+    return processes;
+}
+
+namespace {
+
+std::string readProcFile(pid_t pid, const char* name) {
+    std::ifstream stream("/proc/" + std::to_string(pid) + "/" + name, std::ios::binary);
+    std::ostringstream contents;
+    contents << stream.rdbuf();
+    return std::move(contents).str();
+}
+
+// ":0.1" and ":0" are one display.
+std::string_view withoutScreen(std::string_view display) {
+    const auto colon = display.rfind(':');
+    const auto dot = display.find('.', colon == std::string_view::npos ? 0 : colon);
+    return dot == std::string_view::npos ? display : display.substr(0, dot);
+}
+
+}  // namespace
+
+bool isOnDisplay(pid_t pid, const char* display) {
+    if (!display || !*display)
+        return true;
+    const auto environment = readProcFile(pid, "environ");
+    constexpr std::string_view key = "DISPLAY=";
+    std::size_t start = 0;
+    while (start < environment.size()) {
+        const auto end = std::min(environment.find('\0', start), environment.size());
+        const std::string_view variable(environment.data() + start, end - start);
+        if (variable.starts_with(key))
+            return withoutScreen(variable.substr(key.size())) == withoutScreen(display);
+        start = end + 1;
+    }
+    return false;
+}
+
+std::optional<pid_t> parentProcessIdentifier(pid_t pid) {
+    const auto stat = readProcFile(pid, "stat");
+    // "pid (name) state ppid ...": the name may hold spaces and parentheses.
+    const auto close = stat.rfind(')');
+    if (close == std::string::npos || close + 4 >= stat.size())
+        return std::nullopt;
+    const auto start = stat.find(' ', close + 2);
+    if (start == std::string::npos)
+        return std::nullopt;
+    pid_t parent = 0;
+    const auto* first = stat.data() + start + 1;
+    const auto [end, error] = std::from_chars(first, stat.data() + stat.size(), parent);
+    if (error != std::errc() || end == first)
+        return std::nullopt;
+    return parent;
+}
+
+bool isOwnUsersProcess(pid_t pid) {
+    struct stat status {};
+    const auto path = "/proc/" + std::to_string(pid);
+    return ::stat(path.c_str(), &status) == 0 && status.st_uid == ::getuid();
+}
+
+}  // namespace platform::xdg

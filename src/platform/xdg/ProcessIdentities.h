@@ -1,0 +1,72 @@
+#pragma once
+
+#include <sys/types.h>
+
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "platform/xdg/DefaultFileManager.h"
+#include "platform/xdg/DesktopEntryIcons.h"
+#include "platform/xdg/DesktopEntryIndex.h"
+#include "platform/xdg/XdgRunningApplication.h"
+
+namespace platform::xdg {
+
+// A window's WM_CLASS: the instance name and the class name.
+struct WindowClass {
+    std::string instanceName;
+    std::string className;
+};
+
+// Who a process is to the workspace: the program itself, the file manager
+// playing the Finder, an installed application found by its desktop entry,
+// or an unbundled program known by its executable's name.
+class ProcessIdentities {
+  public:
+    using Identity = XdgRunningApplication::Identity;
+
+    // The index and icons must outlive this object.
+    ProcessIdentities(const DesktopEntryIndex& entries, const DesktopEntryIcons& icons,
+                      std::optional<DefaultFileManager> fileManager, Identity own,
+                      std::filesystem::path ownExecutable);
+
+    // The identity of a process; the class of one of its windows finds the
+    // entry of a program that its process names don't.
+    Identity identityOf(pid_t pid, const std::optional<WindowClass>& windowClass = {}) const;
+    const Identity& ownIdentity() const { return own_; }
+    // Whether the process runs this program.
+    bool isOurs(pid_t pid) const;
+
+    const DefaultFileManager* fileManager() const {
+        return fileManager_ ? &*fileManager_ : nullptr;
+    }
+    // The Finder's identity, when there is a file manager to play it.
+    std::optional<Identity> finderIdentity() const;
+
+    // The user's processes on this display that run an installed
+    // application, in ascending order. A process started by another of the
+    // same application (a helper, a renderer) is left out: the application
+    // is its first process.
+    std::vector<pid_t> processesWithEntries() const;
+
+  private:
+    const DesktopEntry* entryOf(pid_t pid, const std::optional<WindowClass>& windowClass) const;
+
+    const DesktopEntryIndex& entries_;
+    const DesktopEntryIcons& icons_;
+    std::optional<DefaultFileManager> fileManager_;
+    Identity own_;
+    std::filesystem::path ownExecutable_;
+};
+
+// The parent of a process; nothing when the process is gone.
+std::optional<pid_t> parentProcessIdentifier(pid_t pid);
+// Whether the process belongs to the user this program runs as.
+bool isOwnUsersProcess(pid_t pid);
+// Whether the process was started for this display ($DISPLAY, screens
+// aside); any process is when we have no display name.
+bool isOnDisplay(pid_t pid, const char* display);
+
+}  // namespace platform::xdg

@@ -1,0 +1,20 @@
+#include "views/QtX11Connection.h"
+
+#if defined(__linux__)
+#include <QGuiApplication>
+#include <QWidget>
+
+namespace platform::qt::x11 {
+
+xcb_connection_t* connectionFor(const QWidget& window) {
+    auto* x11 = qGuiApp ? qGuiApp->nativeInterface<QNativeInterface::QX11Application>() : nullptr;
+    return x11 && window.isWindow() ? x11->connection() : nullptr;
+}
+
+xcb_window_t rootOf(xcb_connection_t* connection) {
+    const xcb_screen_t* screen = xcb_setup_roots_iterator(xcb_get_setup(connection)).data;
+    return screen ? screen->root : xcb_window_t{XCB_NONE};
+}
+
+}  // namespace platform::qt::x11
+#endif

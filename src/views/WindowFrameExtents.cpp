@@ -1,0 +1,56 @@
+#include "views/WindowFrameExtents.h"
+
+#include <QWidget>
+
+#if defined(__linux__)
+#include "platform/x11/X11Connection.h"
+#include "views/QtX11Connection.h"
+#endif
+
+namespace platform::qt::x11 {
+
+#if defined(__linux__)
+
+using platform::x11::awaitReply;
+using platform::x11::internAtom;
+
+void requestFrameExtents(QWidget& window) {
+    xcb_connection_t* connection = connectionFor(window);
+    if (!connection)
+        return;
+    xcb_client_message_event_t message{};
+    message.response_type = XCB_CLIENT_MESSAGE;
+    message.format = 32;
+    message.window = static_cast<xcb_window_t>(window.winId());
+    message.type = internAtom(connection, "_NET_REQUEST_FRAME_EXTENTS");
+    platform::x11::sendToWindowManager(connection, rootOf(connection), message);
+    xcb_flush(connection);
+}
+
+std::optional<QMargins> frameExtents(QWidget& window) {
+    xcb_connection_t* connection = connectionFor(window);
+    if (!connection)
+        return std::nullopt;
+    const auto id = static_cast<xcb_window_t>(window.winId());
+    const auto property = internAtom(connection, "_NET_FRAME_EXTENTS");
+    const auto extents =
+        awaitReply(connection, xcb_get_property_reply,
+                   xcb_get_property(connection, 0, id, property, XCB_ATOM_CARDINAL, 0, 4));
+    if (!extents || extents->format != 32 || xcb_get_property_value_length(extents.get()) != 16)
+        return std::nullopt;
+    // Left, right, top, bottom.
+    const auto* sides = static_cast<const std::uint32_t*>(xcb_get_property_value(extents.get()));
+    return QMargins(static_cast<int>(sides[0]), static_cast<int>(sides[2]),
+                    static_cast<int>(sides[1]), static_cast<int>(sides[3]));
+}
+
+#else
+
+void requestFrameExtents(QWidget&) {}
+std::optional<QMargins> frameExtents(QWidget&) {
+    return std::nullopt;
+}
+
+#endif
+
+}  // namespace platform::qt::x11

@@ -1,7 +1,8 @@
 // What reads of the X11 accessibility backend cost once its mirror is
 // current: one attribute, and a whole refresh of an application's window
 // list (the list, then role and title of each window) at 10, 100 and 1,000
-// windows. Run under scripts/virtual-desktop.sh.
+// windows; and the process trust test, which asks the server afresh each
+// time. Run under scripts/virtual-desktop.sh.
 #include <benchmark/benchmark.h>
 #include <unistd.h>
 
@@ -66,6 +67,20 @@ BENCHMARK(BM_ListWindowsAndReadRoleAndTitle)
     ->Arg(100)
     ->Arg(1000)
     ->Unit(benchmark::kMicrosecond);
+
+// Two round trips to the server, and the turn that takes in whatever
+// events came with the replies.
+void BM_ProcessTrustTest(benchmark::State& state) {
+    auto& d = desktop();
+    if (!d.ax)
+        return state.SkipWithError("no desktop");
+    const platform::CFValue::Dictionary options{{"AXTrustedCheckOptionPrompt", false}};
+    for (auto _ : state) {
+        benchmark::DoNotOptimize(d.ax->isProcessTrustedWithOptions(options));
+        d.loop.runUntilIdle();
+    }
+}
+BENCHMARK(BM_ProcessTrustTest)->Unit(benchmark::kMicrosecond);
 
 }  // namespace
 

@@ -63,10 +63,21 @@ if ! wait_for handles_term; then
   exit 1
 fi
 
-xdotool mousemove 640 400
-xdotool keydown ctrl keydown alt keydown shift keyup shift keyup alt keyup ctrl
 panel=""
 find_panel() { panel=$(xdotool search --onlyvisible --pid "$tarnwick" --name '^Tarnwick$' | head -1) && [ -n "$panel" ]; }
+# A first start tells the chord in a window of its own, which comes to the
+# front and whose OK takes Return; a later start shows the panel at once,
+# which never takes the focus.
+is_active() { [ "$(xdotool getactivewindow 2>/dev/null)" = "$panel" ]; }
+if wait_for find_panel; then
+  for _ in $(seq 1 40); do
+    if is_active; then xdotool key Return; sleep 0.3; break; fi
+    sleep 0.05
+  done
+fi
+
+xdotool mousemove 640 400
+xdotool keydown ctrl keydown alt keydown shift keyup shift keyup alt keyup ctrl
 if wait_for find_panel; then
   # The panel with a margin of the desktop around it.
   read -r x y width height < <(xwininfo -id "$panel" | awk '

@@ -18,6 +18,8 @@ packages=(
   # a desktop to run on and test against
   xvfb xauth openbox x11-utils x11-xkb-utils xdotool xterm pcmanfm tint2
   dbus-x11 imagemagick strace procps
+  # renders the application icon's sizes from its drawing (scripts/render-icon.sh)
+  librsvg2-bin
 )
 
 missing=()

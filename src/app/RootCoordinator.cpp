@@ -75,10 +75,13 @@ void RootCoordinator::build() {
     auto controller = std::make_shared<platform::WindowController>(panel);
     interactionController_ = std::make_shared<InteractionController>(controller);
     updateController_ = std::make_shared<UpdateController>();
+    permissionViewModel_ = PermissionRequestViewModel::make();
     listWindowViewModel_ =
         std::make_shared<ListWindowViewModel>(interactionController_, appsMonitor_);
     windowActions_ = std::make_unique<WindowActions>(*listWindowViewModel_);
-    listWindowView_ = std::make_unique<ListWindowView>(*listWindowViewModel_, *this);
+    permissionView_ = std::make_unique<PermissionRequestView>(permissionViewModel_, *this);
+    listWindowView_ =
+        std::make_unique<ListWindowView>(*listWindowViewModel_, *this, permissionView_.get());
     if (contentViewFactory_)
         panel->setContentView(contentViewFactory_(*listWindowView_));
     configureListPanel(*panel);
@@ -108,14 +111,20 @@ MenuBarManager& RootCoordinator::menuManager() const {
     return *menuManager_;
 }
 
+// With the permission and the instructions seen, the panel comes to the
+// pointer at once; otherwise the onboarding window leads the way. The
+// status item follows the first window in every case.
 void RootCoordinator::start() {
-    const bool instructionsPending =
-        quillbox::DefaultsManager::shared().getValue(needsShowingInstructions);
-    // The first-run window that explains the shortcut and asks for the
-    // accessibility permission is a feature of its own; until it is there,
-    // a first run waits for the shortcut.
-    if (!instructionsPending)
+    auto onboarding =
+        OnboardingCoordinator::make(shared_from_this(), permissionViewModel_, *this,
+                                    *activationController_, factories_.onboardingPages);
+    if (permissionViewModel_->hasAccessibilityPermissions() &&
+        !quillbox::DefaultsManager::shared().getValue(needsShowingInstructions)) {
         presentListWindow();
+    } else {
+        childCoordinators().push_back(onboarding);
+        onboarding->start();
+    }
     menuManager().setUp();
 }
 

@@ -7,6 +7,9 @@
 #include "app/ActivationController.h"
 #include "app/CoordinatorProtocol.h"
 #include "app/MenuBarManager.h"
+#include "firstrun/OnboardingCoordinator.h"
+#include "firstrun/PermissionRequestView.h"
+#include "firstrun/PermissionRequestViewModel.h"
 #include "listwindow/InteractionController.h"
 #include "listwindow/ListWindowView.h"
 #include "listwindow/ListWindowViewModel.h"
@@ -24,7 +27,8 @@ namespace tarnwick {
 // the pointer on the activation shortcut and take it away again.
 class RootCoordinator final : public CoordinatorProtocol,
                               public MenuBarManager::Coordinator,
-                              public ListWindowView::ListRow::Coordinator {
+                              public ListWindowView::ListRow::Coordinator,
+                              public PermissionRequestView::Coordinator {
   public:
     using WindowRef = ListWindowView::WindowRef;
     // The toolkit's drawing of the list window's content.
@@ -38,6 +42,8 @@ class RootCoordinator final : public CoordinatorProtocol,
     struct ChildFactories {
         ChildFactory settings;
         ChildFactory about;
+        // How the onboarding window's pages are drawn.
+        OnboardingCoordinator::Pages onboardingPages;
     };
 
     static std::shared_ptr<RootCoordinator> make(ChildFactories factories = {},
@@ -74,6 +80,8 @@ class RootCoordinator final : public CoordinatorProtocol,
     ListWindowView& listWindowView() const { return *listWindowView_; }
     // Shared with the Settings window.
     const std::shared_ptr<UpdateController>& updateController() const { return updateController_; }
+    // The one permission model, shared by the panel and the onboarding window.
+    PermissionRequestViewModel& permissionViewModel() const { return *permissionViewModel_; }
 
     // The panel comes to the pointer at full opacity, without activating the
     // program, and follows the pointer's distance from then on.
@@ -109,8 +117,10 @@ class RootCoordinator final : public CoordinatorProtocol,
     std::shared_ptr<platform::WindowController> mainWindowController_;
     std::shared_ptr<InteractionController> interactionController_;
     std::shared_ptr<UpdateController> updateController_;
+    std::shared_ptr<PermissionRequestViewModel> permissionViewModel_;
     std::shared_ptr<ListWindowViewModel> listWindowViewModel_;
     std::unique_ptr<WindowActions> windowActions_;
+    std::unique_ptr<PermissionRequestView> permissionView_;
     std::unique_ptr<ListWindowView> listWindowView_;
     CoordinatorProtocol::Ref aboutCoordinator_;
     CoordinatorProtocol::Ref settingsCoordinator_;

@@ -111,8 +111,9 @@ Content errorContent(const InteractionController::Error& error) {
 
 }  // namespace
 
-ListWindowView::ListWindowView(ListWindowViewModel& model, ListRow::Coordinator& coordinator)
-    : model_(model), coordinator_(coordinator) {}
+ListWindowView::ListWindowView(ListWindowViewModel& model, ListRow::Coordinator& coordinator,
+                               PermissionRequestView* permissionView)
+    : model_(model), coordinator_(coordinator), permissionView_(permissionView) {}
 
 ListWindowView::Content ListWindowView::content() const {
     return std::visit(

@@ -16,6 +16,7 @@
 namespace tarnwick {
 
 class ListWindowViewModel;
+class PermissionRequestView;
 
 // The content of the floating panel as data, computed from the list window's
 // model each time it is drawn. The widgets draw it and call its actions;
@@ -133,7 +134,9 @@ class ListWindowView {
         std::vector<Row> rows;
     };
 
-    ListWindowView(ListWindowViewModel& model, ListRow::Coordinator& coordinator);
+    // The permission request, where there is one, fills the permission tree.
+    ListWindowView(ListWindowViewModel& model, ListRow::Coordinator& coordinator,
+                   PermissionRequestView* permissionView = nullptr);
 
     // Computed afresh from the model's state.
     Content content() const;
@@ -143,10 +146,12 @@ class ListWindowView {
 
     ListRow::Coordinator& coordinator() const { return coordinator_; }
     ListWindowViewModel& model() const { return model_; }
+    PermissionRequestView* permissionView() const { return permissionView_; }
 
   private:
     ListWindowViewModel& model_;
     ListRow::Coordinator& coordinator_;
+    PermissionRequestView* permissionView_;
 };
 
 }  // namespace tarnwick

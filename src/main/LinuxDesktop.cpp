@@ -58,6 +58,8 @@ class LinuxDesktop final : public PlatformAssembly {
         platform::x11::X11Desktop::Options options;
         options.mainBundle.shortVersion = build::version;
         options.mainBundle.version = build::number;
+        options.mainBundle.copyright = build::copyright;
+        options.mainBundle.helpersDirectory = build::helpersFromProgram;
         auto desktop =
             platform::x11::X11Desktop::open(loop, std::move(options), std::move(display));
         // The display opened a moment ago; failing now is no state to go on from.

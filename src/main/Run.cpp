@@ -7,12 +7,15 @@
 #include <string>
 
 #include "app/ApplicationEntry.h"
+#include "firstrun/AboutCoordinator.h"
 #include "main/BuildInfo.h"
 #include "main/PlatformAssembly.h"
 #include "main/SignalPipe.h"
 #include "platform/x11/X11Connection.h"
+#include "views/FirstRunContentViews.h"
 #include "views/ListWindowContentView.h"
 #include "views/QtApplication.h"
+#include "views/QtImages.h"
 #include "views/QtMainLoop.h"
 
 namespace tarnwick {
@@ -32,6 +35,19 @@ void configure() {
     QApplication::setApplicationName(QStringLiteral("Tarnwick"));
     QApplication::setApplicationVersion(QString::fromLatin1(build::version));
     QApplication::setQuitOnLastWindowClosed(false);
+    QApplication::setWindowIcon(platform::qt::iconFor(platform::Image::resource("AppIcon")));
+}
+
+// The windows of the coordinators that come and go, drawn by the Qt views.
+RootCoordinator::ChildFactories childFactories() {
+    RootCoordinator::ChildFactories factories;
+    factories.about = [](RootCoordinator& root) {
+        return AboutCoordinator::make(root.shared_from_this(), root.activationController(),
+                                      platform::qt::makeAboutContentView);
+    };
+    factories.onboardingPages = {platform::qt::makePermissionsPageContentView,
+                                 platform::qt::makeInstructionsPageContentView};
+    return factories;
 }
 
 }  // namespace
@@ -55,8 +71,9 @@ int runOnDesktop(const CommandLine& commandLine, int& argc, char** argv) {
         simulated ? assembleSimulatedDesktop(loop) : assembleLinuxDesktop(loop, std::move(display));
     platform::ScopedInstall installed(assembly->services());
 
-    auto entry = ApplicationEntry::start(
-        {}, [](ListWindowView& view) { return platform::qt::makeListWindowContentView(view); });
+    auto entry = ApplicationEntry::start(childFactories(), [](ListWindowView& view) {
+        return platform::qt::makeListWindowContentView(view);
+    });
     entry.delegate->applicationWillFinishLaunching();
     platform::mainLoop().post([&entry] { entry.delegate->applicationDidFinishLaunching(); });
 

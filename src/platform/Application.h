@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <memory>
 
+#include "platform/Image.h"
 #include "platform/Menu.h"
 
 namespace platform {
@@ -40,6 +41,9 @@ class Application {
     virtual UserInterfaceLayoutDirection userInterfaceLayoutDirection() const {
         return UserInterfaceLayoutDirection::leftToRight;
     }
+
+    // The program's own icon, as the onboarding and About windows show it.
+    virtual Image applicationIconImage() const { return Image::resource("AppIcon"); }
 
     // Ends the program through the platform's own quit path.
     virtual void terminate() = 0;

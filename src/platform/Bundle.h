@@ -17,6 +17,14 @@ class Bundle {
     virtual std::filesystem::path bundlePath() const = 0;
     // Null where the bundle has no information dictionary.
     virtual const PropertyList::Dictionary* infoDictionary() const = 0;
+    // The entries translated for the user's language; null where there are
+    // none.
+    virtual const PropertyList::Dictionary* localizedInfoDictionary() const { return nullptr; }
+    // Where a helper executable shipped with the bundle lies, whether or not
+    // it is there: by default beside the main executable in the bundle.
+    virtual std::filesystem::path pathForAuxiliaryExecutable(const std::string& name) const {
+        return bundlePath() / "Contents" / "MacOS" / name;
+    }
 };
 
 class Bundles {

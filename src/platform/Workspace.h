@@ -62,6 +62,9 @@ class Workspace {
     // This program's own entry.
     virtual RunningApplicationRef currentApplication() const = 0;
     virtual RunningApplicationRef runningApplicationWithProcessIdentifier(pid_t pid) const = 0;
+    // The image that stands for a file or an application bundle; by default
+    // the file's own picture.
+    virtual Image iconForFile(const std::filesystem::path& path) const { return Image::file(path); }
 
     // Notifications arrive on the main loop.
     virtual Token addObserverForName(WorkspaceNotification name, NotificationHandler handler) = 0;

@@ -6,8 +6,9 @@
 namespace platform::qt {
 
 std::shared_ptr<ContentView> makeListWindowContentView(tarnwick::ListWindowView& view) {
-    return std::make_shared<QtContentView>(new ListWindowWidget(
-        [&view] { return view.content(); }, view.changed(), view.coordinator()));
+    return std::make_shared<QtContentView>(new ListWindowWidget([&view] { return view.content(); },
+                                                                view.changed(), view.coordinator(),
+                                                                nullptr, view.permissionView()));
 }
 
 }  // namespace platform::qt

@@ -10,6 +10,7 @@
 #include "views/AppMenu.h"
 #include "views/ListRowWidget.h"
 #include "views/PanelLayout.h"
+#include "views/PermissionRequestWidget.h"
 
 namespace platform::qt {
 
@@ -68,8 +69,12 @@ QWidget* errorTree(const std::string& text, QWidget* parent) {
     return label;
 }
 
-// Stands in for the permission request until it has a view of its own.
-QWidget* permissionTree(QWidget* parent) {
+QWidget* permissionTree(tarnwick::PermissionRequestView* view, QWidget* parent) {
+    if (view) {
+        auto* request = new PermissionRequestWidget(*view, parent);
+        request->setContentsMargins(defaultPadding, defaultPadding, defaultPadding, defaultPadding);
+        return request;
+    }
     QLabel* label = plainText(permissionText, parent);
     label->setObjectName(QStringLiteral("permissionRequest"));
     label->setContentsMargins(defaultPadding, defaultPadding, defaultPadding, defaultPadding);
@@ -136,10 +141,11 @@ QWidget* menuAndListTree(const ListWindowView::Content& content,
 }  // namespace
 
 QWidget* buildListWindowTree(const ListWindowView::Content& content,
-                             ListWindowView::ListRow::Coordinator& coordinator, QWidget* parent) {
+                             ListWindowView::ListRow::Coordinator& coordinator,
+                             tarnwick::PermissionRequestView* permissionView, QWidget* parent) {
     switch (content.tree) {
         case ListWindowView::Tree::permission:
-            return permissionTree(parent);
+            return permissionTree(permissionView, parent);
         case ListWindowView::Tree::errorText:
             return errorTree(content.errorText, parent);
         case ListWindowView::Tree::menuAndList:

@@ -8,8 +8,11 @@ namespace platform::qt {
 
 ListWindowWidget::ListWindowWidget(ContentProvider provider, quillbox::Signal<>& changed,
                                    tarnwick::ListWindowView::ListRow::Coordinator& coordinator,
-                                   QWidget* parent)
-    : QWidget(parent), provider_(std::move(provider)), coordinator_(coordinator) {
+                                   QWidget* parent, tarnwick::PermissionRequestView* permissionView)
+    : QWidget(parent),
+      provider_(std::move(provider)),
+      coordinator_(coordinator),
+      permissionView_(permissionView) {
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     changes_ = changed.connect([this] { redraw(); });
@@ -21,7 +24,7 @@ ListWindowWidget::~ListWindowWidget() = default;
 // The old tree may be the sender of the change, in the middle of a click:
 // it is hidden now and deleted once control is back in the event loop.
 void ListWindowWidget::redraw() {
-    QWidget* next = buildListWindowTree(provider_(), coordinator_, this);
+    QWidget* next = buildListWindowTree(provider_(), coordinator_, permissionView_, this);
     if (tree_) {
         tree_->hide();
         layout()->removeWidget(tree_);

@@ -3,6 +3,7 @@
 #include <QWidget>
 #include <functional>
 
+#include "firstrun/PermissionRequestView.h"
 #include "listwindow/ListWindowView.h"
 #include "platform/Subscription.h"
 #include "support/Signal.h"
@@ -18,9 +19,11 @@ class ListWindowWidget final : public QWidget {
     using Content = tarnwick::ListWindowView::Content;
     using ContentProvider = std::function<Content()>;
 
+    // The permission request, where given, fills the permission tree.
     ListWindowWidget(ContentProvider provider, quillbox::Signal<>& changed,
                      tarnwick::ListWindowView::ListRow::Coordinator& coordinator,
-                     QWidget* parent = nullptr);
+                     QWidget* parent = nullptr,
+                     tarnwick::PermissionRequestView* permissionView = nullptr);
     ~ListWindowWidget() override;
 
     // The tree shown now.
@@ -31,6 +34,7 @@ class ListWindowWidget final : public QWidget {
   private:
     ContentProvider provider_;
     tarnwick::ListWindowView::ListRow::Coordinator& coordinator_;
+    tarnwick::PermissionRequestView* permissionView_;
     QWidget* tree_ = nullptr;
     platform::Subscription changes_;
 };

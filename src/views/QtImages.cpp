@@ -1,5 +1,6 @@
 #include "views/QtImages.h"
 
+#include <QDir>
 #include <QFile>
 #include <QString>
 
@@ -14,11 +15,27 @@ namespace platform::qt {
 
 namespace {
 
+void ensureViewResources() {
+    static const bool initialised = (initialiseViewResources(), true);
+    (void)initialised;
+}
+
+// The application's icon, rendered at each size the icon theme uses, so
+// that small sizes are drawn for their size rather than scaled down.
+QIcon applicationIcon() {
+    QIcon icon;
+    const QDir sizes(QStringLiteral(":/icons/AppIcon"));
+    for (const QString& file : sizes.entryList(QDir::Files))
+        icon.addFile(sizes.filePath(file));
+    return icon;
+}
+
 QIcon resourceIcon(const std::string& name) {
     if (name == "StatusBarIcon")
         return statusBarIcon();
-    static const bool initialised = (initialiseViewResources(), true);
-    (void)initialised;
+    ensureViewResources();
+    if (name == "AppIcon")
+        return applicationIcon();
     const QString path = QStringLiteral(":/images/%1.png").arg(QString::fromStdString(name));
     return QFile::exists(path) ? QIcon(path) : QIcon();
 }

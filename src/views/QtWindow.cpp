@@ -125,10 +125,16 @@ QRect QtWindow::expectedFrameGeometry() const {
     return frameMargins_ ? QRect(frame.topLeft(), frame.size().grownBy(*frameMargins_)) : frame;
 }
 
+// Qt places a window by its frame once it knows the frame. Before that it
+// places the content where it is told, so a frame the window manager told
+// us about, and Qt hasn't heard of yet, is stepped over.
 void QtWindow::setFrameOrigin(CGPoint origin) {
     placedOrigin_ = origin;
     heightWhenPlaced_ = expectedFrameGeometry().height();
-    widget_->move(ScreenCoordinates::ofPrimaryScreen().topLeftFor(origin, heightWhenPlaced_));
+    QPoint topLeft = ScreenCoordinates::ofPrimaryScreen().topLeftFor(origin, heightWhenPlaced_);
+    if (frameMargins_ && widget_->frameGeometry() == widget_->geometry())
+        topLeft += QPoint(frameMargins_->left(), frameMargins_->top());
+    widget_->move(topLeft);
 }
 
 // A window manager that didn't tell its frame beforehand adds the title bar

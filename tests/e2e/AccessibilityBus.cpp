@@ -25,11 +25,17 @@ AccessibleNode read(AtspiAccessible* accessible, int depth = 0) {
     AccessibleNode node;
     node.role = taken(atspi_accessible_get_role_name(accessible, nullptr));
     node.name = taken(atspi_accessible_get_name(accessible, nullptr));
+    if (AtspiStateSet* states = atspi_accessible_get_state_set(accessible)) {
+        node.enabled = atspi_state_set_contains(states, ATSPI_STATE_ENABLED);
+        g_object_unref(states);
+    }
     if (AtspiComponent* component = atspi_accessible_get_component_iface(accessible)) {
         if (AtspiRect* extents =
                 atspi_component_get_extents(component, ATSPI_COORD_TYPE_SCREEN, nullptr)) {
-            node = {node.role,      node.name,       extents->x, extents->y,
-                    extents->width, extents->height, {}};
+            node.x = extents->x;
+            node.y = extents->y;
+            node.width = extents->width;
+            node.height = extents->height;
             g_free(extents);
         }
         g_object_unref(component);
@@ -139,8 +145,8 @@ AccessibilityBus::~AccessibilityBus() {
         ::kill(daemon_, SIGTERM);
 }
 
-std::optional<AccessibleNode> AccessibilityBus::application(const std::string& name,
-                                                            double seconds) {
+std::optional<AccessibleNode> AccessibilityBus::application(const std::string& name, double seconds,
+                                                            pid_t pid) {
     const auto deadline = std::chrono::steady_clock::now() + std::chrono::duration<double>(seconds);
     while (up_) {
         AtspiAccessible* desktop = atspi_get_desktop(0);
@@ -150,7 +156,9 @@ std::optional<AccessibleNode> AccessibilityBus::application(const std::string& n
         const int count = atspi_accessible_get_child_count(desktop, nullptr);
         for (int i = 0; i < count && !found; ++i) {
             AtspiAccessible* application = atspi_accessible_get_child_at_index(desktop, i, nullptr);
-            if (application && taken(atspi_accessible_get_name(application, nullptr)) == name)
+            if (application && taken(atspi_accessible_get_name(application, nullptr)) == name &&
+                (pid == 0 ||
+                 static_cast<pid_t>(atspi_accessible_get_process_id(application, nullptr)) == pid))
                 found = read(application);
             if (application)
                 g_object_unref(application);

@@ -19,6 +19,7 @@ struct AccessibleNode {
     std::string role;
     std::string name;
     int x = 0, y = 0, width = 0, height = 0;
+    bool enabled = true;  // a control that takes input now
     std::vector<AccessibleNode> children;
 
     // This node and every one below it, depth first.
@@ -44,8 +45,10 @@ class AccessibilityBus {
 
     bool isUp() const { return up_; }
 
-    // The tree of the application of that name, once it is published.
-    std::optional<AccessibleNode> application(const std::string& name, double seconds = 5);
+    // The tree of the application of that name, once it is published; with
+    // a process id, only that process's.
+    std::optional<AccessibleNode> application(const std::string& name, double seconds = 5,
+                                              pid_t pid = 0);
 
     // Starts noting pop-up menus as they show; waitForMenu returns the
     // next one, read when it showed.

@@ -95,6 +95,10 @@ bool Desktop::activateWindowOf(pid_t pid) {
     return true;
 }
 
+bool Desktop::windowManagerRuns() {
+    return !property(root_, "_NET_SUPPORTING_WM_CHECK", XCB_ATOM_WINDOW).empty();
+}
+
 pid_t Desktop::activeProcess() {
     return ownerOf(activeWindow());
 }

@@ -46,6 +46,8 @@ class Desktop {
     bool activateWindowOf(pid_t pid);
 
     pid_t activeProcess();
+    // Whether a window manager has announced itself on the root window.
+    bool windowManagerRuns();
     xcb_window_t activeWindow();
 
     // The process's managed windows, in the window manager's client-list

@@ -7,7 +7,6 @@
 
 #include <csignal>
 #include <cstdlib>
-#include <fstream>
 #include <string>
 
 #include "PreferenceFile.h"

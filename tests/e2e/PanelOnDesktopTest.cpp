@@ -30,9 +30,11 @@ using e2e::escapeKey;
 using e2e::eventually;
 using e2e::Geometry;
 
-// Each test is a first start.
+// Each test is a start after the first run, with fresh preferences.
 class PanelOnDesktopTest : public ::testing::Test {
   protected:
+    PanelOnDesktopTest() { folders.markInstructionsSeen(); }
+
     e2e::PrivateFolders folders;
 };
 
@@ -76,10 +78,13 @@ TEST_F(PanelOnDesktopTest, TheChordBringsThePanelToThePointerAndEscapeAndDistanc
 
 TEST_F(PanelOnDesktopTest, AnotherApplicationComingForwardTakesThePanelAway) {
     Desktop desktop;
-    e2e::RunningProgram first("/usr/bin/xterm", {"-T", "First application"});
-    e2e::RunningProgram second("/usr/bin/xterm", {"-T", "Second application"});
     e2e::RunningProgram tarnwick(e2e::tarnwickExecutable(), {});
     ASSERT_TRUE(tarnwick.waitUntilHandling(SIGTERM, 20)) << tarnwick.standardError();
+    // The panel the start brings up goes when the terminals come forward.
+    ASSERT_TRUE(eventually([&] { return desktop.shownPanel(tarnwick.pid()).has_value(); }));
+    e2e::RunningProgram first("/usr/bin/xterm", {"-T", "First application"});
+    e2e::RunningProgram second("/usr/bin/xterm", {"-T", "Second application"});
+    ASSERT_TRUE(eventually([&] { return !desktop.shownPanel(tarnwick.pid()); }, 10));
     ASSERT_TRUE(eventually([&] { return desktop.activateWindowOf(second.pid()); }, 10));
     ASSERT_TRUE(eventually([&] { return desktop.activateWindowOf(first.pid()); }, 10));
     ASSERT_TRUE(eventually([&] { return desktop.activeProcess() == first.pid(); }));

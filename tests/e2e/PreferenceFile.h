@@ -10,8 +10,8 @@ namespace e2e {
 // missing or is no property list.
 platform::PropertyList::Dictionary readPreferenceFile(const std::string& path);
 
-// Writes the dictionary as the preference file, in the binary form the
-// program writes, making its folder when needed.
+// Writes the dictionary as a binary property list, making the folders on
+// the way.
 void writePreferenceFile(const std::string& path,
                          const platform::PropertyList::Dictionary& preferences);
 

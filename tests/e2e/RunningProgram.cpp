@@ -14,6 +14,8 @@
 #include <stdexcept>
 #include <thread>
 
+#include "PreferenceFile.h"
+
 namespace e2e {
 
 namespace {
@@ -206,6 +208,22 @@ PrivateFolders::~PrivateFolders() {
     }
     std::error_code ignored;
     std::filesystem::remove_all(home_, ignored);
+}
+
+void PrivateFolders::markInstructionsSeen() const {
+    writePreferenceFile(preferenceFile(), {{"needsShowingInstructions", false}});
+}
+
+std::vector<pid_t> PrivateFolders::processesRunning(const std::string& executable) const {
+    std::vector<pid_t> running;
+    for (const pid_t pid : processesWith("XDG_RUNTIME_DIR=" + home_ + "/run")) {
+        std::error_code ignored;
+        const auto program =
+            std::filesystem::read_symlink("/proc/" + std::to_string(pid) + "/exe", ignored);
+        if (!hasEnded(pid) && std::filesystem::equivalent(program, executable, ignored))
+            running.push_back(pid);
+    }
+    return running;
 }
 
 std::string PrivateFolders::preferenceFile() const {

@@ -65,6 +65,12 @@ class PrivateFolders {
 
     // Where the program keeps its preferences.
     std::string preferenceFile() const;
+    // Makes the programs start as after their first run: the instructions
+    // have been seen, so a start brings the panel up, not the onboarding.
+    void markInstructionsSeen() const;
+    // The processes started while the folders live, and the ones they
+    // started, running the executable.
+    std::vector<pid_t> processesRunning(const std::string& executable) const;
 
   private:
     std::string home_;

@@ -7,6 +7,7 @@
 #include <xcb/xtest.h>
 
 #include <cstdlib>
+#include <cstring>
 #include <string>
 
 namespace x11test {
@@ -88,6 +89,16 @@ void FakeInput::tap(xcb_keycode_t key) {
 }
 void FakeInput::movePointer(int x, int y) {
     fake(XCB_MOTION_NOTIFY, 0, x, y);
+}
+
+xcb_atom_t FakeInput::atom(const char* name) {
+    auto* reply = xcb_intern_atom_reply(
+        connection_,
+        xcb_intern_atom(connection_, 0, static_cast<std::uint16_t>(std::strlen(name)), name),
+        nullptr);
+    const xcb_atom_t value = reply ? reply->atom : xcb_atom_t{XCB_ATOM_NONE};
+    std::free(reply);
+    return value;
 }
 
 void FakeInput::sync() {

@@ -46,6 +46,8 @@ class FakeInput {
     void movePointer(int x, int y);
     // Waits until every request so far has been carried out.
     void sync();
+    // The atom of that name, made if the server has none yet.
+    xcb_atom_t atom(const char* name);
 
   private:
     void fake(std::uint8_t type, std::uint8_t detail, int x = 0, int y = 0);

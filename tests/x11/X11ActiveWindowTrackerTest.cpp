@@ -1,7 +1,6 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
-#include <cstring>
 #include <vector>
 
 #include "platform/x11/X11ActiveWindowTracker.h"
@@ -16,8 +15,8 @@ namespace {
 class FakeWindowManager {
   public:
     explicit FakeWindowManager(FakeInput& client) : client_(client) {
-        activeWindow_ = atom("_NET_ACTIVE_WINDOW");
-        pidAtom_ = atom("_NET_WM_PID");
+        activeWindow_ = client_.atom("_NET_ACTIVE_WINDOW");
+        pidAtom_ = client_.atom("_NET_WM_PID");
     }
 
     xcb_window_t windowOf(std::uint32_t pid) {
@@ -37,15 +36,6 @@ class FakeWindowManager {
     }
 
   private:
-    xcb_atom_t atom(const char* name) {
-        xcb_connection_t* c = client_.connection();
-        auto* reply = xcb_intern_atom_reply(
-            c, xcb_intern_atom(c, 0, static_cast<std::uint16_t>(std::strlen(name)), name), nullptr);
-        const xcb_atom_t value = reply ? reply->atom : xcb_atom_t{XCB_ATOM_NONE};
-        std::free(reply);
-        return value;
-    }
-
     FakeInput& client_;
     xcb_atom_t activeWindow_;
     xcb_atom_t pidAtom_;

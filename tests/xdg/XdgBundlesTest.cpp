@@ -1,5 +1,8 @@
 #include <gtest/gtest.h>
 
+#include <filesystem>
+#include <fstream>
+
 #include "platform/xdg/DefaultFileManager.h"
 #include "platform/xdg/XdgBundles.h"
 #include "xdg/DesktopEntryTestTree.h"
@@ -9,11 +12,12 @@ namespace {
 
 using fixtures::DesktopEntryTestTree;
 
-class X11BundlesTest : public ::testing::Test {
+class XdgBundlesTest : public ::testing::Test {
   protected:
-    X11BundlesTest()
-        : bundles({"/opt/tarnwick/bin/tarnwick", "1.4.0", "812"}, tree.directories(),
-                  DesktopEntryLocale("de_DE.UTF-8")) {}
+    XdgBundlesTest()
+        : bundles({"/opt/tarnwick/bin/tarnwick", "1.4.0", "812", "Copyright © 2026 Harrowmere.",
+                   "../libexec/tarnwick"},
+                  tree.directories(), DesktopEntryLocale("de_DE.UTF-8")) {}
 
     PropertyList infoValue(const std::shared_ptr<Bundle>& bundle, const std::string& key) {
         const auto* information = bundle->infoDictionary();
@@ -25,7 +29,24 @@ class X11BundlesTest : public ::testing::Test {
     XdgBundles bundles;
 };
 
-TEST_F(X11BundlesTest, AnEntryGivesItsIdentityAndInformation) {
+// Installed, the helper lies in its own folder; in a build tree, beside the
+// program, which wins.
+TEST_F(XdgBundlesTest, TheProgramsHelperLiesBesideItElseInTheInstalledFolder) {
+    EXPECT_EQ(bundles.mainBundle()->pathForAuxiliaryExecutable("AppRestartHelper"),
+              "/opt/tarnwick/libexec/tarnwick/AppRestartHelper");
+    EXPECT_EQ(infoValue(bundles.mainBundle(), "NSHumanReadableCopyright"),
+              PropertyList("Copyright © 2026 Harrowmere."));
+
+    const auto buildTree = tree.root() / "build tree";
+    std::filesystem::create_directories(buildTree);
+    std::ofstream(buildTree / "AppRestartHelper") << "#!/bin/sh\n";
+    XdgBundles built({buildTree / "tarnwick", "1.4.0", "812", "", "../libexec/tarnwick"},
+                     tree.directories());
+    EXPECT_EQ(built.mainBundle()->pathForAuxiliaryExecutable("AppRestartHelper"),
+              buildTree / "AppRestartHelper");
+}
+
+TEST_F(XdgBundlesTest, AnEntryGivesItsIdentityAndInformation) {
     const std::string system = DesktopEntryTestTree::system;
     const auto file = tree.writeApplication(system + "gnome/org.example.Notes.desktop", "Notes",
                                             "env A=1 /usr/bin/notes-app %U", "Name[de]=Notizen\n");
@@ -59,7 +80,7 @@ TEST_F(X11BundlesTest, AnEntryGivesItsIdentityAndInformation) {
     EXPECT_EQ(elsewhere->bundleIdentifier(), "tool");
 }
 
-TEST_F(X11BundlesTest, TheFindersLocationOpensTheFileManagerAndNothingElseMakesABundle) {
+TEST_F(XdgBundlesTest, TheFindersLocationOpensTheFileManagerAndNothingElseMakesABundle) {
     EXPECT_FALSE(bundles.bundleWithPath(tree.root() / "missing.desktop"));
     EXPECT_FALSE(bundles.bundleWithPath(tree.root()));
     EXPECT_FALSE(bundles.bundleWithPath(tree.write("damaged.desktop", "[Desktop Entry]\nType=")));

@@ -291,10 +291,34 @@ AXErrorCode X11Accessibility::copyElementAtPosition(const AXUIElementRef& applic
     return axError::success;
 }
 
+// Nothing to grant on X11, and so no prompt to show: what matters is a
+// window manager that publishes the state we read and honours the requests
+// we send. One answers when the root's _NET_SUPPORTING_WM_CHECK names a
+// live window that carries _NET_WM_NAME. Asked of the server at every call,
+// so that a window manager that starts or goes is seen at the next one.
 bool X11Accessibility::isProcessTrustedWithOptions(const CFValue::Dictionary&) {
-    // Nothing to grant on X11: what matters is a window manager that
-    // publishes the state we read and honours the requests we send.
-    return isConnected() && mirror_.windowManagerPresent();
+    if (!isConnected())
+        return false;
+    auto& ewmh = connection_->ewmh();
+    xcb_window_t check = XCB_NONE;
+    bool answers =
+        xcb_ewmh_get_supporting_wm_check_reply(
+            &ewmh, xcb_ewmh_get_supporting_wm_check(&ewmh, connection_->root()), &check, nullptr) &&
+        check != XCB_NONE;
+    if (answers) {
+        xcb_ewmh_get_utf8_strings_reply_t name{};
+        answers =
+            xcb_ewmh_get_wm_name_reply(&ewmh, xcb_ewmh_get_wm_name(&ewmh, check), &name, nullptr);
+        if (answers)
+            xcb_ewmh_get_utf8_strings_reply_wipe(&name);
+    }
+    // Waiting for the replies may have read events off the socket, which
+    // then won't turn readable for them.
+    loop_.post([alive = std::weak_ptr<bool>(alive_), this] {
+        if (alive.lock())
+            processEvents();
+    });
+    return answers;
 }
 
 AXErrorCode X11Accessibility::observerCreate(pid_t pid, AXObserverCallback callback,

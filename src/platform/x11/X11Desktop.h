@@ -61,7 +61,7 @@ class X11Desktop {
     struct Options {
         // The X display; empty for $DISPLAY.
         std::string displayName;
-        xdg::XdgBundles::MainBundleInfo mainBundle{xdg::currentExecutable(), {}, {}};
+        xdg::XdgBundles::MainBundleInfo mainBundle{xdg::currentExecutable(), {}, {}, {}, {}};
         xdg::DesktopEntryDirectories directories = xdg::DesktopEntryDirectories::fromEnvironment();
         // Empty for the preferences file's usual place.
         std::filesystem::path preferencesPath;

@@ -7,7 +7,7 @@ namespace platform::xdg {
 
 namespace {
 
-class FixedBundle final : public Bundle {
+class FixedBundle : public Bundle {
   public:
     FixedBundle(std::string identifier, std::filesystem::path path,
                 PropertyList::Dictionary information)
@@ -25,14 +25,33 @@ class FixedBundle final : public Bundle {
     PropertyList::Dictionary information_;
 };
 
-constexpr const char* copyright = "Copyright © 2026 Harrowmere. All rights reserved.";
+// The program's own bundle is its executable. Its helpers lie beside it in
+// a build tree, and in their own folder once installed.
+class MainBundle final : public FixedBundle {
+  public:
+    MainBundle(std::string identifier, std::filesystem::path executable,
+               PropertyList::Dictionary information, std::filesystem::path helpersDirectory)
+        : FixedBundle(std::move(identifier), std::move(executable), std::move(information)),
+          helpersDirectory_(std::move(helpersDirectory)) {}
+
+    std::filesystem::path pathForAuxiliaryExecutable(const std::string& name) const override {
+        const auto folder = bundlePath().parent_path();
+        std::error_code ignored;
+        if (std::filesystem::exists(folder / name, ignored))
+            return folder / name;
+        return (folder / helpersDirectory_ / name).lexically_normal();
+    }
+
+  private:
+    std::filesystem::path helpersDirectory_;
+};
 
 }  // namespace
 
 XdgBundles::XdgBundles(MainBundleInfo main, DesktopEntryDirectories directories,
                        DesktopEntryLocale locale)
     : directories_(std::move(directories)), locale_(std::move(locale)) {
-    main_ = std::make_shared<FixedBundle>(
+    main_ = std::make_shared<MainBundle>(
         mainBundleIdentifier, main.executable,
         PropertyList::Dictionary{
             {"CFBundleName", "Tarnwick"},
@@ -40,8 +59,9 @@ XdgBundles::XdgBundles(MainBundleInfo main, DesktopEntryDirectories directories,
             {"CFBundleExecutable", main.executable.filename().string()},
             {"CFBundleShortVersionString", main.shortVersion},
             {"CFBundleVersion", main.version},
-            {"NSHumanReadableCopyright", copyright},
-        });
+            {"NSHumanReadableCopyright", main.copyright},
+        },
+        main.helpersDirectory);
 }
 
 std::shared_ptr<Bundle> XdgBundles::mainBundle() {

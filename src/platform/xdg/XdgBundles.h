@@ -24,6 +24,10 @@ class XdgBundles final : public Bundles {
         std::filesystem::path executable;
         std::string shortVersion;  // CFBundleShortVersionString, "1.4.0"
         std::string version;       // CFBundleVersion, the build number
+        std::string copyright;     // NSHumanReadableCopyright
+        // Where the installed program's helper executables lie, relative to
+        // its folder; in a build tree they lie beside it.
+        std::filesystem::path helpersDirectory;
     };
 
     static constexpr const char* mainBundleIdentifier = "harrowmere.Tarnwick";

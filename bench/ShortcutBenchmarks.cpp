@@ -2,6 +2,7 @@
 // shortcut of a key event, as the monitors do for every key.
 #include <benchmark/benchmark.h>
 
+#include "SimLayoutsDesktop.h"
 #include "platform/Platform.h"
 #include "platform/sim/SimKeyboardLayouts.h"
 #include "platform/sim/SimMainLoop.h"
@@ -13,21 +14,7 @@
 
 namespace {
 
-// The simulated layouts installed, with the log going nowhere.
-struct Desktop {
-    Desktop() : layouts(loop), install(services()), previousSink(quillbox::Log::exchangeSink({})) {}
-    ~Desktop() { quillbox::Log::exchangeSink(std::move(previousSink)); }
-    platform::Services services() {
-        platform::Services services;
-        services.mainLoop = &loop;
-        services.keyboardLayouts = &layouts;
-        return services;
-    }
-    platform::sim::SimMainLoop loop;
-    platform::sim::SimKeyboardLayouts layouts;
-    platform::ScopedInstall install;
-    quillbox::Log::Sink previousSink;
-};
+using Desktop = benchsupport::SimLayoutsDesktop;
 
 void CachedTranslation(benchmark::State& state) {
     Desktop desktop;

@@ -1,2 +1,3 @@
 tarnwick_fuzzer(ShortcutDecodingFuzzer LIBS lirixkro platform_sim)
 tarnwick_fuzzer(KeyBindingFuzzer LIBS lirixkro platform_sim)
+tarnwick_fuzzer(TextPropertyListFuzzer LIBS lirixkro platform_sim)

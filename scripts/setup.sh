@@ -6,8 +6,11 @@ set -euo pipefail
 packages=(
   # toolchain
   g++ cmake ninja-build pkg-config ccache clang libclang-rt-dev clang-format
+  # what draws images from their SVG sources: the recorder's styles at build
+  # time, the application icon's sizes (scripts/render-icon.sh)
+  python3 librsvg2-bin
   # libraries
-  qt6-base-dev libgl-dev libplist-dev libicu-dev libssl-dev
+  qt6-base-dev libgl-dev libplist-dev libicu-dev libssl-dev nlohmann-json3-dev
   libxcb1-dev libxcb-ewmh-dev libxcb-icccm4-dev libxcb-xinput-dev libxcb-res0-dev
   libxcb-xkb-dev libxcb-xtest0-dev libxcb-screensaver0-dev libxkbcommon-dev libxkbcommon-x11-dev
   libgtest-dev libgmock-dev libbenchmark-dev
@@ -18,8 +21,6 @@ packages=(
   # a desktop to run on and test against
   xvfb xauth openbox x11-utils x11-xkb-utils xdotool xterm pcmanfm tint2
   dbus-x11 imagemagick strace procps
-  # renders the application icon's sizes from its drawing (scripts/render-icon.sh)
-  librsvg2-bin
 )
 
 missing=()

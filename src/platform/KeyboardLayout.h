@@ -26,6 +26,17 @@ struct KeyTranslation {
     std::string text;         // UTF-8; empty when the key gives nothing
 };
 
+// A key event as the window system delivered it to one of our windows, in
+// its own numbering: on X11 the keycode and the core modifier state of the
+// event, which holds the modifiers as they were before it.
+struct NativeKeyEvent {
+    std::uint32_t keyCode = 0;
+    std::uint32_t modifierState = 0;
+    bool pressed = true;
+    bool isARepeat = false;
+    double timestamp = 0;  // seconds
+};
+
 // A keyboard layout: an identity, and what a key gives under a modifier state.
 class InputSource {
   public:
@@ -47,6 +58,13 @@ class KeyboardLayouts {
     virtual std::shared_ptr<InputSource> copyCurrentASCIICapableKeyboardLayoutInputSource() = 0;
     // Told on the main loop whenever the current layout changes.
     virtual Subscription observeLayoutChanges(std::function<void()> handler) = 0;
+    // A key event of our own windows in the platform's numbering: a key down
+    // or up with the characters of the current layout, or a flags change for
+    // a modifier key. Nothing for a key the platform has no code for, and on
+    // a platform whose toolkit delivers its events numbered so already.
+    virtual std::optional<Event> eventForNativeKeyEvent(const NativeKeyEvent& /*native*/) const {
+        return std::nullopt;
+    }
 };
 
 }  // namespace platform

@@ -5,6 +5,7 @@
 #include "shortcuts/SRASCIISymbolicKeyCodeTransformer.h"
 #include "shortcuts/SRKeyBindingTransformer.h"
 #include "shortcuts/SRKeyCodeTables.h"
+#include "shortcuts/SRKeyEventType.h"
 #include "shortcuts/SRSymbolicModifierFlagsTransformer.h"
 #include "shortcuts/SRText.h"
 #include "support/Log.h"
@@ -19,27 +20,6 @@ std::optional<std::string> asciiSymbol(SRKeyCode keyCode, SRModifierFlags implic
                                        SRModifierFlags explicitFlags) {
     return SRASCIISymbolicKeyCodeTransformer::sharedTransformer()->transformedValue(
         SRNumber(keyCode), implicitFlags, explicitFlags, SRLayoutDirection::leftToRight);
-}
-
-// The flag of a modifier key, which a flags change of that key may no longer
-// carry when the key goes up.
-SRModifierFlags flagOfModifierKey(SRKeyCode keyCode) {
-    switch (keyCode) {
-        case 54:
-        case 55:
-            return SRCommandFlag;
-        case 58:
-        case 61:
-            return SROptionFlag;
-        case 56:
-        case 60:
-            return SRShiftFlag;
-        case 59:
-        case 62:
-            return SRControlFlag;
-        default:
-            return 0;
-    }
 }
 
 struct EventCharacters {
@@ -108,7 +88,7 @@ SRShortcutRef SRShortcut::shortcutWithEvent(const platform::Event& event, bool i
     SRModifierFlags flags = event.modifierFlags;
     EventCharacters texts;
     if (event.type == EventType::flagsChanged) {
-        flags |= flagOfModifierKey(keyCode);
+        flags |= SRModifierFlagOfKeyCode(keyCode);
         keyCode = SRKeyCodeNone;
         if (ignoringCharacters)
             texts = {std::string(), std::string()};

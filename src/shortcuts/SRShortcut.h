@@ -104,6 +104,13 @@ class SRShortcut {
     std::optional<std::string> charactersIgnoringModifiers_;
 };
 
+// Equal shortcuts, or both absent.
+inline bool SRShortcutsEqual(const SRShortcutRef& a, const SRShortcutRef& b) {
+    if (!a || !b)
+        return a == b;
+    return *a == *b;
+}
+
 }  // namespace lirixkro
 
 template <>

@@ -3,6 +3,7 @@
 #include <vector>
 
 #include "platform/Platform.h"
+#include "recorder/SRRecorderControl.h"
 #include "shortcuts/LirixkroStrings.h"
 #include "shortcuts/SRMenuItemPath.h"
 #include "shortcuts/SRShortcut.h"
@@ -124,6 +125,20 @@ bool SRShortcutValidator::validateShortcutAgainstMenu(const SRShortcut& shortcut
         return false;
     }
     return true;
+}
+
+std::optional<bool> SRShortcutValidator::recorderControlCanRecordShortcut(
+    SRRecorderControl& control, const SRShortcut& shortcut) {
+    SRValidationError error;
+    if (validateShortcut(shortcut, &error))
+        return true;
+    // Unreadable system shortcuts refuse without an error: nothing to show.
+    if (error.localizedDescription.empty())
+        return false;
+    auto* host = control.host();
+    if (!host || !host->presentErrorAsSheet(error))
+        SRPresentErrorByApplication(error);
+    return false;
 }
 
 SRValidationError SRShortcutValidator::makeError(const SRShortcut& shortcut,

@@ -4,6 +4,7 @@
 #include <string>
 
 #include "platform/Menu.h"
+#include "recorder/SRRecorderControlDelegate.h"
 #include "shortcuts/SRShortcutValidatorDelegate.h"
 #include "shortcuts/SRValidationError.h"
 
@@ -12,8 +13,8 @@ namespace lirixkro {
 // Decides whether a shortcut may be recorded: asks the delegate, then the
 // system's own shortcuts, then the application's menu, and words a refusal.
 // Each check gives true for valid; on a refusal it fills the error where the
-// caller passes one.
-class SRShortcutValidator {
+// caller passes one. As a recorder control's delegate it shows a refusal.
+class SRShortcutValidator : public SRRecorderControlDelegate {
   public:
     SRShortcutValidator() = default;
     explicit SRShortcutValidator(std::weak_ptr<SRShortcutValidatorDelegate> delegate)
@@ -32,6 +33,11 @@ class SRShortcutValidator {
                                                 SRValidationError* error);
     bool validateShortcutAgainstMenu(const SRShortcut& shortcut, const platform::Menu& menu,
                                      SRValidationError* error);
+
+    // Validates, and shows a refusal: as a sheet on the control's window if
+    // it has one, else through the application.
+    std::optional<bool> recorderControlCanRecordShortcut(SRRecorderControl& control,
+                                                         const SRShortcut& shortcut) override;
 
   private:
     SRValidationError makeError(const SRShortcut& shortcut, const std::string& reasonFormat,

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <string>
 
 namespace lirixkro {
@@ -11,5 +12,10 @@ struct SRValidationError {
     std::string localizedDescription;    // NSLocalizedDescriptionKey
     std::string localizedFailureReason;  // NSLocalizedFailureReasonErrorKey
 };
+
+// Shows an error to the user the application's ordinary way. The views
+// install the presenter; without one the error goes to the log.
+void SRPresentErrorByApplication(const SRValidationError& error);
+void SRSetApplicationErrorPresenter(std::function<void(const SRValidationError&)> presenter);
 
 }  // namespace lirixkro

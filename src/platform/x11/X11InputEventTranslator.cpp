@@ -65,7 +65,47 @@ std::optional<Event> X11InputEventTranslator::keyEvent(xcb_keycode_t xKeyCode, b
     event.modifierFlags = flags_ | KeyCodeTable::deviceFlagsOf(*keyCode);
     event.isARepeat = pressed && wasHeld;
     event.timestamp = secondsOf(time);
-    addCharacters(event, xKeyCode);
+    addCharacters(event, layout_ ? layout_() : nullptr, xKeyCode);
+    return event;
+}
+
+std::optional<Event> X11InputEventTranslator::keyEventWithState(const XkbInputSource* layout,
+                                                                xcb_keycode_t xKeyCode,
+                                                                bool pressed, std::uint16_t state,
+                                                                bool isARepeat, double timestamp) {
+    const auto keyCode = KeyCodeTable::keyCodeFor(xKeyCode);
+    if (!keyCode)
+        return std::nullopt;
+    ModifierFlags flags = 0;
+    if (state & XCB_MOD_MASK_SHIFT)
+        flags |= modifier::shift;
+    if (state & XCB_MOD_MASK_LOCK)
+        flags |= modifier::capsLock;
+    if (state & XCB_MOD_MASK_CONTROL)
+        flags |= modifier::control;
+    if (state & XCB_MOD_MASK_1)
+        flags |= modifier::option;
+    if (state & XCB_MOD_MASK_4)
+        flags |= modifier::command;
+
+    Event event;
+    event.keyCode = *keyCode;
+    event.timestamp = timestamp;
+    if (const ModifierFlags own = KeyCodeTable::modifierFlagOf(*keyCode); own != 0) {
+        // Caps Lock turns over on the way down; letting go changes nothing.
+        if (*keyCode == keycode::capsLock && !pressed)
+            return std::nullopt;
+        event.type = EventType::flagsChanged;
+        if (*keyCode == keycode::capsLock)
+            event.modifierFlags = flags ^ own;
+        else
+            event.modifierFlags = pressed ? flags | own : flags & ~own;
+        return event;
+    }
+    event.type = pressed ? EventType::keyDown : EventType::keyUp;
+    event.modifierFlags = flags | KeyCodeTable::deviceFlagsOf(*keyCode);
+    event.isARepeat = isARepeat;
+    addCharacters(event, layout, xKeyCode);
     return event;
 }
 
@@ -98,17 +138,18 @@ void X11InputEventTranslator::recomputeFlags() {
     flags_ = flags;
 }
 
-void X11InputEventTranslator::addCharacters(Event& event, xcb_keycode_t xKeyCode) const {
-    const XkbInputSource* layout = layout_ ? layout_() : nullptr;
+void X11InputEventTranslator::addCharacters(Event& event, const XkbInputSource* layout,
+                                            xcb_keycode_t xKeyCode) {
     if (!layout)
         return;
-    KeyTranslation typed = layout->translateXKeyCode(xKeyCode, layoutStateFor(flags_));
+    const ModifierFlags flags = event.modifierFlags;
+    KeyTranslation typed = layout->translateXKeyCode(xKeyCode, layoutStateFor(flags));
     if (typed.status != 0)
         return;
-    if (flags_ & modifier::control)
+    if (flags & modifier::control)
         applyControl(typed.text);
     KeyTranslation plain = layout->translateXKeyCode(
-        xKeyCode, (flags_ & modifier::shift) ? keyModifierState::shift : 0);
+        xKeyCode, (flags & modifier::shift) ? keyModifierState::shift : 0);
     event.characters = std::move(typed.text);
     event.charactersIgnoringModifiers = std::move(plain.text);
 }

@@ -29,6 +29,14 @@ class X11InputEventTranslator {
     // A key going down or up; nothing for a key outside the key table and
     // for a modifier key whose state didn't change.
     std::optional<Event> keyEvent(xcb_keycode_t xKeyCode, bool pressed, xcb_timestamp_t time);
+    // A key event of one of our own windows, whose core modifier state holds
+    // the modifiers as they were before it: the translator's own record of
+    // held keys plays no part. Alt and Super stand for Option and Command,
+    // on Mod1 and Mod4 as X keymaps have them.
+    static std::optional<Event> keyEventWithState(const XkbInputSource* layout,
+                                                  xcb_keycode_t xKeyCode, bool pressed,
+                                                  std::uint16_t state, bool isARepeat,
+                                                  double timestamp);
     // The pointer at a position of the root window, whose height flips it.
     Event mouseMovedEvent(CGPoint topLeft, double rootHeight, xcb_timestamp_t time) const;
 
@@ -41,7 +49,8 @@ class X11InputEventTranslator {
     std::optional<Event> modifierKeyEvent(KeyCode keyCode, bool pressed, bool wasHeld,
                                           xcb_timestamp_t time);
     void recomputeFlags();
-    void addCharacters(Event& event, xcb_keycode_t xKeyCode) const;
+    // The texts of a key under the event's flags.
+    static void addCharacters(Event& event, const XkbInputSource* layout, xcb_keycode_t xKeyCode);
 
     LayoutProvider layout_;
     std::bitset<256> held_;

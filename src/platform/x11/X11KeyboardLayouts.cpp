@@ -5,6 +5,7 @@
 #include <cstdlib>
 #include <string>
 
+#include "platform/x11/X11InputEventTranslator.h"
 #include "platform/x11/XkbProtocol.h"
 
 namespace platform::x11 {
@@ -86,6 +87,20 @@ Subscription X11KeyboardLayouts::observeLayoutChanges(std::function<void()> hand
         if (auto list = observers.lock())
             list->remove(token);
     });
+}
+
+std::optional<Event> X11KeyboardLayouts::eventForNativeKeyEvent(
+    const NativeKeyEvent& native) const {
+    if (native.keyCode > 255)
+        return std::nullopt;
+    std::shared_ptr<XkbInputSource> layout;
+    {
+        std::lock_guard lock(sourcesLock_);
+        layout = current_;
+    }
+    return X11InputEventTranslator::keyEventWithState(
+        layout.get(), static_cast<xcb_keycode_t>(native.keyCode), native.pressed,
+        static_cast<std::uint16_t>(native.modifierState), native.isARepeat, native.timestamp);
 }
 
 void X11KeyboardLayouts::handleEvent(const xcb_generic_event_t& event) {

@@ -29,6 +29,8 @@ class X11KeyboardLayouts final : public KeyboardLayouts {
     std::shared_ptr<InputSource> copyCurrentKeyboardLayoutInputSource() override;
     std::shared_ptr<InputSource> copyCurrentASCIICapableKeyboardLayoutInputSource() override;
     Subscription observeLayoutChanges(std::function<void()> handler) override;
+    // The toolkit's key events carry the X keycode and core modifier state.
+    std::optional<Event> eventForNativeKeyEvent(const NativeKeyEvent& native) const override;
 
     // The current layout for the event path, which translates X keycodes.
     const std::shared_ptr<XkbInputSource>& currentSource() const { return current_; }

@@ -1,0 +1,1 @@
+tarnwick_benchmark(RecorderBenchmarks LIBS lirixkro platform_sim)

@@ -2,25 +2,19 @@
 
 #include <QHBoxLayout>
 #include <QLabel>
-#include <QLocale>
 #include <QProgressBar>
 #include <QPushButton>
 #include <QVBoxLayout>
+#include <algorithm>
+
+#include "platform/update/UpdateAlerts.h"
 
 namespace platform::qt {
-
-QString byteProgressText(std::uint64_t received, std::uint64_t expected) {
-    const QLocale locale;
-    const auto size = [&](std::uint64_t bytes) {
-        return locale.formattedDataSize(static_cast<qint64>(bytes), 1, QLocale::DataSizeSIFormat);
-    };
-    return QStringLiteral("%1 of %2").arg(size(received), size(expected));
-}
 
 UpdateProgressDialog::UpdateProgressDialog(std::function<void()> cancel)
     : cancel_(std::move(cancel)) {
     setWindowTitle(QStringLiteral("Software Update"));
-    status_ = new QLabel(QStringLiteral("Downloading update…"), this);
+    status_ = new QLabel(QString::fromStdString(update::downloadStatus(0, 0)), this);
     status_->setMinimumWidth(360);
     bar_ = new QProgressBar(this);
     bar_->setAccessibleName(QStringLiteral("Download progress"));
@@ -45,11 +39,11 @@ void UpdateProgressDialog::setProgress(std::uint64_t received, std::uint64_t exp
     // Per mille, so that large archives fit the bar's integers.
     bar_->setRange(0, 1000);
     bar_->setValue(static_cast<int>(std::min<std::uint64_t>(received, expected) * 1000 / expected));
-    status_->setText(QStringLiteral("Downloading update… ") + byteProgressText(received, expected));
+    status_->setText(QString::fromStdString(update::downloadStatus(received, expected)));
 }
 
 void UpdateProgressDialog::showInstalling() {
-    status_->setText(QStringLiteral("Installing update…"));
+    status_->setText(QString::fromUtf8(update::installingStatus));
     bar_->setAccessibleName(QStringLiteral("Installation progress"));
     bar_->setRange(0, 0);
     cancelButton_->setEnabled(false);

@@ -34,7 +34,4 @@ class UpdateProgressDialog final : public QDialog {
     QPushButton* cancelButton_ = nullptr;
 };
 
-// "1.2 MB of 3.4 MB"
-QString byteProgressText(std::uint64_t received, std::uint64_t expected);
-
 }  // namespace platform::qt

@@ -1,5 +1,8 @@
 #include "platform/update/UpdateAlerts.h"
 
+#include <array>
+#include <cstdio>
+
 namespace platform::update {
 
 UpdateDelivery deliveryOf(const AppcastItem& item, InstallLocation::Kind location) {
@@ -63,6 +66,29 @@ MessageAlert automaticChecksQuestion(const AlertFacts& facts) {
     return {"Check for updates automatically?",
             "Should " + facts.applicationName +
                 " look for a new version once a day? You can change this in Settings."};
+}
+
+std::string formattedByteCount(std::uint64_t bytes) {
+    if (bytes < 1000)
+        return std::to_string(bytes) + (bytes == 1 ? " byte" : " bytes");
+    static constexpr std::array<const char*, 5> units = {"kB", "MB", "GB", "TB", "PB"};
+    auto value = static_cast<double>(bytes) / 1000;
+    std::size_t unit = 0;
+    // 999.96 kB reads as 1.0 MB, not as 1000.0 kB.
+    while (value >= 999.95 && unit + 1 < units.size()) {
+        value /= 1000;
+        ++unit;
+    }
+    std::array<char, 32> text{};
+    std::snprintf(text.data(), text.size(), "%.1f %s", value, units[unit]);
+    return text.data();
+}
+
+std::string downloadStatus(std::uint64_t received, std::uint64_t expected) {
+    std::string status = "Downloading update…";
+    if (expected > 0)
+        status += " " + formattedByteCount(received) + " of " + formattedByteCount(expected);
+    return status;
 }
 
 namespace errorText {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <string>
 
 #include "platform/update/Appcast.h"
@@ -38,6 +39,13 @@ UpdateFoundAlert updateFoundAlert(const AlertFacts& facts, const AppcastItem& it
                                   UpdateDelivery delivery);
 MessageAlert upToDateAlert(const AlertFacts& facts);
 MessageAlert automaticChecksQuestion(const AlertFacts& facts);
+
+// The progress window's line: "Downloading update… 1.5 MB of 6.0 MB" once
+// the size is known, and the installation's, which has no measure.
+std::string downloadStatus(std::uint64_t received, std::uint64_t expected);
+inline constexpr const char* installingStatus = "Installing update…";
+// Sizes as people read them, in powers of a thousand: "512 bytes", "1.5 MB".
+std::string formattedByteCount(std::uint64_t bytes);
 
 // The errors, each one sentence that says what went wrong.
 namespace errorText {

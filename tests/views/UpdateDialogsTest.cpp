@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <QAccessible>
 #include <QApplication>
 #include <QDir>
 #include <QLabel>
@@ -32,7 +33,43 @@ UpdateFoundAlert alertWith(ReleaseNotes notes, bool canSkip = true) {
             std::move(notes), "Install Update", canSkip};
 }
 
+// The controls of a window that a screen reader would read without a name:
+// every visible widget that takes the focus, and every picture.
+QStringList unnamedControls(QWidget& window) {
+    QStringList unnamed;
+    for (auto* widget : window.findChildren<QWidget*>()) {
+        const auto* label = qobject_cast<QLabel*>(widget);
+        const bool picture = label && label->text().isEmpty();
+        if (!widget->isVisible() || (widget->focusPolicy() == Qt::NoFocus && !picture))
+            continue;
+        if (QAccessible::queryAccessibleInterface(widget)->text(QAccessible::Name).isEmpty())
+            unnamed << QString::fromLatin1(widget->metaObject()->className());
+    }
+    return unnamed;
+}
+
 }  // namespace
+
+TEST(UpdateDialogsTest, EveryControlOfEveryUpdateWindowHasAName) {
+    QtUpdateUserDriver driver;
+    const auto expectAllNamed = [&](const char* which) {
+        ASSERT_TRUE(driver.openDialogue()) << which;
+        EXPECT_EQ(unnamedControls(*driver.openDialogue()), QStringList()) << which;
+    };
+    driver.showUpdateFound(alertWith({ReleaseNotes::Format::plainText, "Faster."}), {});
+    expectAllNamed("new version");
+    driver.showUpdateNotFound({"You're up to date!", "Tarnwick 1.0 is the newest version."}, {});
+    expectAllNamed("up to date");
+    driver.showAutomaticChecksQuestion({"Check for updates automatically?", "Once a day?"}, {});
+    expectAllNamed("question");
+    driver.showUpdaterError("The update server couldn't be reached.", {});
+    expectAllNamed("error");
+    driver.showDownloadStarted({});
+    driver.showDownloadProgress(10, 100);
+    expectAllNamed("download");
+    driver.showInstalling();
+    expectAllNamed("installation");
+}
 
 TEST(UpdateDialogsTest, TheNewVersionDialogueRendersItsNotesAndAnswersOnce) {
     std::vector<UpdateChoice> answers;

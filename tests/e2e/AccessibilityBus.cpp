@@ -101,6 +101,13 @@ std::vector<const AccessibleNode*> AccessibleNode::flattened() const {
     return nodes;
 }
 
+std::string AccessibleNode::outline() const {
+    std::string text;
+    for (const auto* node : flattened())
+        text += "[" + node->role + "] " + node->name + "\n";
+    return text;
+}
+
 const AccessibleNode* AccessibleNode::find(const std::string& wantedRole,
                                            const std::string& wantedName) const {
     for (const auto* node : flattened()) {

@@ -59,6 +59,16 @@ class X11WorkspaceTest : public X11DesktopTest {
                      [pid](const auto& app) { return app && app->processIdentifier() == pid; });
         return found;
     }
+    // Into `launched` and `terminated`.
+    void recordLaunchesAndTerminations() {
+        for (const auto name : {WorkspaceNotification::didLaunchApplication,
+                                WorkspaceNotification::didTerminateApplication}) {
+            workspace().addObserverForName(name, [this, name](const auto& info) {
+                (name == WorkspaceNotification::didLaunchApplication ? launched : terminated)
+                    .push_back(info.application);
+            });
+        }
+    }
     std::vector<RunningApplicationRef> finders() {
         std::vector<RunningApplicationRef> found;
         for (const auto& app : workspace().runningApplications()) {
@@ -142,13 +152,7 @@ TEST_F(X11WorkspaceTest, ProcessesWithWindowsOrOfInstalledApplicationsRunAndSoDo
 
 TEST_F(X11WorkspaceTest, AFirstWindowLaunchesAndTheProcessEndTerminates) {
     openDesktop();
-    for (const auto name : {WorkspaceNotification::didLaunchApplication,
-                            WorkspaceNotification::didTerminateApplication}) {
-        workspace().addObserverForName(name, [this, name](const auto& info) {
-            (name == WorkspaceNotification::didLaunchApplication ? launched : terminated)
-                .push_back(info.application);
-        });
-    }
+    recordLaunchesAndTerminations();
     TestClient client;
     settle();
     EXPECT_FALSE(running(client.pid())) << "no window yet";
@@ -226,13 +230,7 @@ TEST_F(X11WorkspaceTest, TheFileManagerIsStartedInItsBackgroundModeToPlayTheFind
 TEST_F(X11WorkspaceTest, TheFileManagerStartedIsStartedAgainWhenItEnds) {
     installFileManagerOfItsOwn();
     openDesktop();
-    for (const auto name : {WorkspaceNotification::didLaunchApplication,
-                            WorkspaceNotification::didTerminateApplication}) {
-        workspace().addObserverForName(name, [this, name](const auto& info) {
-            (name == WorkspaceNotification::didLaunchApplication ? launched : terminated)
-                .push_back(info.application);
-        });
-    }
+    recordLaunchesAndTerminations();
     ASSERT_EQ(finders().size(), 1u);
     const auto first = finders().front();
     startedGroups.push_back(first->processIdentifier());

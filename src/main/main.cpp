@@ -2,8 +2,10 @@
 
 #include "main/CommandLine.h"
 #include "main/Run.h"
+#include "main/StandardStreams.h"
 
 int main(int argc, char** argv) {
+    tarnwick::prepareStandardStreams();
     using tarnwick::CommandLine;
     const auto commandLine = tarnwick::parseCommandLine(argc, argv);
     switch (commandLine.action) {

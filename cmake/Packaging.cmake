@@ -21,7 +21,10 @@ buttons close it, minimise it and switch it to full screen.")
 set(CPACK_GENERATOR DEB TGZ)
 set(CPACK_STRIP_FILES ON)
 set(CPACK_PACKAGE_CHECKSUM SHA256)
-set(CPACK_PACKAGE_FILE_NAME tarnwick-${PROJECT_VERSION}-linux-${CMAKE_SYSTEM_PROCESSOR})
+# CPack's own include sets its file name variables anew: the tests read
+# this one.
+set(TARNWICK_RELEASE_ARCHIVE_NAME tarnwick-${PROJECT_VERSION}-linux-${CMAKE_SYSTEM_PROCESSOR})
+set(CPACK_PACKAGE_FILE_NAME ${TARNWICK_RELEASE_ARCHIVE_NAME})
 set(CPACK_PACKAGE_DIRECTORY ${PROJECT_BINARY_DIR}/packages)
 
 execute_process(COMMAND dpkg --print-architecture OUTPUT_VARIABLE TARNWICK_DEBIAN_ARCHITECTURE

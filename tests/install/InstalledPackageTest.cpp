@@ -8,12 +8,17 @@
 #include <csignal>
 #include <cstdlib>
 #include <filesystem>
+#include <optional>
 #include <string>
 #include <thread>
+#include <vector>
 
+#include "AccessibilityBus.h"
 #include "DesktopDriver.h"
 #include "RunningProgram.h"
 #include "Screenshot.h"
+#include "support/ScopedEnvironment.h"
+#include "x11/InputTestDisplay.h"
 
 namespace {
 
@@ -21,6 +26,18 @@ namespace fs = std::filesystem;
 using e2e::Desktop;
 using e2e::eventually;
 using e2e::ExitStatus;
+
+// The roles and names of the tree, one node a line.
+std::string describe(const std::optional<e2e::AccessibleNode>& tree) {
+    std::string text;
+    for (const auto* node : tree ? tree->flattened() : std::vector<const e2e::AccessibleNode*>{})
+        text += "[" + node->role + "] " + node->name + (node->enabled ? "\n" : " (disabled)\n");
+    return text;
+}
+
+e2e::Point centreOf(const e2e::AccessibleNode& node) {
+    return {node.x + node.width / 2, node.y + node.height / 2};
+}
 
 bool run(const std::string& command) {
     return std::system(command.c_str()) == 0;
@@ -66,25 +83,70 @@ class InstalledPackageTest : public ::testing::Test {
         EXPECT_EQ(tarnwick.waitForExit(10), (ExitStatus{true, 0}));
     }
 
-    // The installed helper starts the installed program again once the
-    // running one has ended.
-    void expectRelaunchThroughHelper(const fs::path& program, const fs::path& helper) {
+    // A first start on a desktop without a window manager asks for the
+    // permission; once one runs, "Relaunch App" ends the program and its
+    // installed helper, found beside it or in libexec/tarnwick, starts it
+    // again.
+    void expectRelaunchFromThePermissionPage(const fs::path& program) {
+        x11test::InputTestDisplay display;
+        ASSERT_TRUE(display.started()) << "Xvfb did not start";
+        testsupport::ScopedEnvironment environment;
+        environment.set("DISPLAY", display.name());
+        e2e::PrivateFolders firstRun;
+        auto& bus = e2e::AccessibilityBus::shared();
+        ASSERT_TRUE(bus.isUp()) << "no session bus";
+        e2e::Desktop desktop;
         e2e::RunningProgram first(program.string(), {});
         ASSERT_TRUE(first.waitUntilHandling(SIGTERM, 20)) << first.standardError();
-        e2e::RunningProgram restarter(helper.string(), {"--watch-pid", std::to_string(first.pid()),
-                                                        "--app", program.string()});
-        first.sendSignal(SIGTERM);
-        ASSERT_EQ(first.waitForExit(10), (ExitStatus{true, 0}));
+        std::optional<e2e::AccessibleNode> ask;
+        ASSERT_TRUE(eventually(
+            [&] {
+                return (ask = onboardingButton(bus, first.pid(), "Accessibility Permission"))
+                    .has_value();
+            },
+            20))
+            << describe(bus.application("Tarnwick", 1, first.pid()));
+        desktop.click(centreOf(*ask));
+        e2e::RunningProgram windowManager("/usr/bin/openbox", {"--sm-disable"});
+        ASSERT_TRUE(eventually([&] { return desktop.windowManagerRuns(); }, 10));
+
+        std::optional<e2e::AccessibleNode> relaunch;
+        ASSERT_TRUE(eventually(
+            [&] {
+                return (relaunch = onboardingButton(bus, first.pid(), "Relaunch App")).has_value();
+            },
+            20))
+            << describe(bus.application("Tarnwick", 1, first.pid())) << first.standardOutput()
+            << first.standardError();
+        desktop.click(centreOf(*relaunch));
+        ASSERT_EQ(first.waitForExit(10), (ExitStatus{true, 0})) << first.standardOutput();
         std::vector<pid_t> again;
         ASSERT_TRUE(eventually(
             [&] {
-                again = folders.processesRunning(program.string());
+                again = firstRun.processesRunning(program.string());
                 return again.size() == 1;
             },
             20))
-            << restarter.standardError();
+            << first.standardOutput() << first.standardError();
+        EXPECT_NE(again.front(), first.pid());
         ::kill(again.front(), SIGTERM);
-        EXPECT_TRUE(eventually([&] { return folders.processesRunning(program.string()).empty(); }));
+        EXPECT_TRUE(
+            eventually([&] { return firstRun.processesRunning(program.string()).empty(); }, 10));
+    }
+
+    // The enabled button of that name in the program's onboarding window
+    // (the hidden panel holds a copy of the steps too).
+    static std::optional<e2e::AccessibleNode> onboardingButton(e2e::AccessibilityBus& bus,
+                                                               pid_t pid, const std::string& name) {
+        const auto tree = bus.application("Tarnwick", 1, pid);
+        for (const auto& window : tree ? tree->children : std::vector<e2e::AccessibleNode>{}) {
+            const bool onboarding =
+                window.name == "Tarnwick" && window.find("label", "Welcome to Tarnwick!");
+            const auto* button = onboarding ? window.find("push button", name) : nullptr;
+            if (button && button->enabled)
+                return *button;
+        }
+        return std::nullopt;
     }
 
     e2e::PrivateFolders folders;
@@ -106,7 +168,7 @@ TEST_F(InstalledPackageTest, TheDebianPackageRunsFromAScratchRootAndRelaunchesTh
     if (!std::getenv("DISPLAY"))
         GTEST_SKIP() << "needs an X display";
     expectPanelOnChord(usr / "bin/tarnwick", "installed-package-panel.png");
-    expectRelaunchThroughHelper(usr / "bin/tarnwick", usr / "libexec/tarnwick/AppRestartHelper");
+    expectRelaunchFromThePermissionPage(usr / "bin/tarnwick");
 }
 
 // The release archive unpacks as the updater's release folder:
@@ -122,8 +184,7 @@ TEST_F(InstalledPackageTest, TheReleaseArchiveRunsFromWhereverItIsUnpacked) {
     if (!std::getenv("DISPLAY"))
         GTEST_SKIP() << "needs an X display";
     expectPanelOnChord(current / "bin/tarnwick", "release-archive-panel.png");
-    expectRelaunchThroughHelper(current / "bin/tarnwick",
-                                current / "libexec/tarnwick/AppRestartHelper");
+    expectRelaunchFromThePermissionPage(current / "bin/tarnwick");
 }
 
 }  // namespace

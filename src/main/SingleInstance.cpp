@@ -1,5 +1,6 @@
 #include "main/SingleInstance.h"
 
+#include <chrono>
 #include <cstdio>
 #include <string>
 
@@ -29,6 +30,10 @@ SingleInstance::Request requestFor(const std::string& action) {
                                      : SingleInstance::Request::showSettings;
 }
 
+// How long a start waits for a copy that holds the lock to own its name:
+// the copy may be starting up still.
+constexpr std::chrono::seconds ownerTimeout{5};
+
 // A later start whose request reached the running copy ends at once.
 int handOver(SingleInstance::Request request, QDBusConnection bus) {
     if (SessionBusApplication::ask(busName, actionFor(request), bus))
@@ -37,13 +42,34 @@ int handOver(SingleInstance::Request request, QDBusConnection bus) {
     return 1;
 }
 
+// The lock is held by another copy: it answers once it owns its name.
+int handOverWhenOwned(SingleInstance::Request request, QDBusConnection bus) {
+    if (bus.isConnected() && SessionBusApplication::waitForOwner(busName, bus, ownerTimeout))
+        return handOver(request, bus);
+    std::fprintf(stderr,
+                 "tarnwick: a copy is running already and can't be reached over the session "
+                 "bus (use its tray icon for Settings)\n");
+    return 1;
+}
+
 }  // namespace
 
 SingleInstance::Claim SingleInstance::claim(Request request) {
     std::unique_ptr<SingleInstance> instance(new SingleInstance());
     const auto bus = QDBusConnection::sessionBus();
+    // The lock decides which copy runs; the name on the bus is how later
+    // starts reach it. A copy that ends lets go of the lock first, so a
+    // start in that moment runs and waits in the bus's queue for the name.
+    auto [outcome, lock] = RuntimeLock::take(lockFileName);
+    if (outcome == RuntimeLock::Outcome::heldByAnother)
+        return {nullptr, handOverWhenOwned(request, bus)};
+    instance->lock_ = std::move(lock);
     if (bus.isConnected()) {
         auto handler = instance->handler_;
+        // Without a lock the name alone decides.
+        const auto whenOwned = outcome == RuntimeLock::Outcome::taken
+                                   ? SessionBusApplication::WhenOwned::queue
+                                   : SessionBusApplication::WhenOwned::refuse;
         instance->busName_ = SessionBusApplication::claim(
             busName,
             [handler](const std::string& action) {
@@ -52,19 +78,10 @@ SingleInstance::Claim SingleInstance::claim(Request request) {
                         (*handler)(request);
                 });
             },
-            bus);
-        if (!instance->busName_)
+            bus, whenOwned);
+        if (!instance->busName_ && whenOwned == SessionBusApplication::WhenOwned::refuse)
             return {nullptr, handOver(request, bus)};
     }
-    // Also with the name: a copy started without the bus holds only the lock.
-    auto [outcome, lock] = RuntimeLock::take(lockFileName);
-    if (outcome == RuntimeLock::Outcome::heldByAnother) {
-        std::fprintf(stderr,
-                     "tarnwick: a copy is running already; without a session bus this start "
-                     "can't reach it (use its tray icon for Settings)\n");
-        return {nullptr, 1};
-    }
-    instance->lock_ = std::move(lock);
     return {std::move(instance), 0};
 }
 

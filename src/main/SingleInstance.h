@@ -10,10 +10,10 @@
 namespace tarnwick {
 
 // One copy of the program answers the chord in a session. The first start
-// owns the program's name on the session bus and holds a lock in the runtime
-// folder; a later start hands its request to that copy over the bus and
-// ends. Without a session bus the lock alone keeps a second copy from
-// running.
+// holds a lock in the runtime folder and owns the program's name on the
+// session bus; a later start hands its request to that copy over the bus,
+// waiting a moment for the name if the copy is still starting, and ends.
+// Without a session bus the lock alone keeps a second copy from running.
 class SingleInstance {
   public:
     enum class Request {
@@ -39,6 +39,8 @@ class SingleInstance {
 
     std::shared_ptr<std::function<void(Request)>> handler_ =
         std::make_shared<std::function<void(Request)>>();
+    // Declared in this order so that the lock goes before the name: a start
+    // in between finds the lock free and queues for the name.
     std::unique_ptr<platform::sessionbus::SessionBusApplication> busName_;
     std::optional<platform::xdg::RuntimeLock> lock_;
 };

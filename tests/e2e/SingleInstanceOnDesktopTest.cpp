@@ -3,10 +3,13 @@
 // second copy out.
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <csignal>
 #include <cstdlib>
+#include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "AccessibilityBus.h"
 #include "DesktopDriver.h"
@@ -62,38 +65,60 @@ TEST_F(SingleInstanceOnDesktopTest, ShowPanelBringsTheRunningCopysPanelToThePoin
 
     const auto asked = e2e::runTarnwick({"--show-panel"}, 15);
     EXPECT_EQ(asked.status, exitedWith(0)) << asked.error;
+    // The panel a start brings up may show first, where the pointer was;
+    // the request brings it to where the pointer is now.
     std::optional<e2e::Geometry> panel;
-    ASSERT_TRUE(
-        eventually([&] { return (panel = desktop.shownPanel(first.pid())).has_value(); }, 10));
-    EXPECT_NEAR(panel->x + panel->width / 2.0, 400, 2);
-    EXPECT_TRUE(panel->y < 300 && 300 < panel->y + panel->height) << panel->y;
+    const auto atPointer = [&] {
+        return panel && std::abs(panel->x + panel->width / 2.0 - 400) <= 2 && panel->y < 300 &&
+               300 < panel->y + panel->height;
+    };
+    EXPECT_TRUE(eventually(
+        [&] {
+            panel = desktop.shownPanel(first.pid());
+            return atPointer();
+        },
+        10))
+        << (panel ? std::to_string(panel->x) + "," + std::to_string(panel->y) : "no panel");
     EXPECT_EQ(running(), std::vector<pid_t>{first.pid()});
 
     first.sendSignal(SIGTERM);
     EXPECT_EQ(first.waitForExit(10), exitedWith(0));
 }
 
-TEST_F(SingleInstanceOnDesktopTest, TwoStartsAtTheSameMomentLeaveExactlyOne) {
-    e2e::RunningProgram one(e2e::tarnwickExecutable(), {});
-    e2e::RunningProgram other(e2e::tarnwickExecutable(), {});
-    // The one that lost the name hands its request to the other and ends.
-    std::optional<ExitStatus> ended;
-    e2e::RunningProgram* survivor = nullptr;
-    ASSERT_TRUE(eventually(
-        [&] {
-            if ((ended = one.waitForExit(0.05)))
-                survivor = &other;
-            else if ((ended = other.waitForExit(0.05)))
-                survivor = &one;
-            return ended.has_value();
-        },
-        20));
-    EXPECT_EQ(ended, exitedWith(0));
-    ASSERT_TRUE(survivor->waitUntilHandling(SIGTERM, 20));
-    EXPECT_EQ(running(), std::vector<pid_t>{survivor->pid()});
-
-    survivor->sendSignal(SIGTERM);
-    EXPECT_EQ(survivor->waitForExit(10), exitedWith(0));
+// Starts at the same moment: the ones that lose the lock find the winner
+// still starting, before it owns its name, wait for it and hand over.
+TEST_F(SingleInstanceOnDesktopTest, StartsAtTheSameMomentLeaveExactlyOne) {
+    for (int round = 0; round < 4; ++round) {
+        SCOPED_TRACE("round " + std::to_string(round));
+        std::vector<std::unique_ptr<e2e::RunningProgram>> starts;
+        for (int i = 0; i < 3; ++i)
+            starts.push_back(std::make_unique<e2e::RunningProgram>(e2e::tarnwickExecutable(),
+                                                                   std::vector<std::string>{}));
+        std::vector<ExitStatus> ended;
+        e2e::RunningProgram* survivor = nullptr;
+        ASSERT_TRUE(eventually(
+            [&] {
+                for (auto& start : starts) {
+                    if (!start)
+                        continue;
+                    if (auto status = start->waitForExit(0.02)) {
+                        ended.push_back(*status);
+                        EXPECT_EQ(*status, exitedWith(0)) << start->standardError();
+                        start.reset();
+                    }
+                }
+                return ended.size() == starts.size() - 1;
+            },
+            30));
+        for (auto& start : starts) {
+            if (start)
+                survivor = start.get();
+        }
+        ASSERT_TRUE(survivor->waitUntilHandling(SIGTERM, 20));
+        EXPECT_EQ(running(), std::vector<pid_t>{survivor->pid()});
+        survivor->sendSignal(SIGTERM);
+        EXPECT_EQ(survivor->waitForExit(10), exitedWith(0));
+    }
 }
 
 TEST_F(SingleInstanceOnDesktopTest, WithoutASessionBusTheLockKeepsASecondCopyOut) {

@@ -2,6 +2,7 @@
 
 #include <QCoreApplication>
 #include <QDBusConnectionInterface>
+#include <QTimer>
 #include <chrono>
 #include <future>
 #include <string>
@@ -61,6 +62,39 @@ TEST_F(SessionBusApplicationTest, ALaterStartsRequestsReachTheOwnerInOrder) {
     EXPECT_TRUE(
         whileAnswering([&] { return SessionBusApplication::ask(name, "show-panel", later); }));
     EXPECT_EQ(requests_, (std::vector<std::string>{"", "show-panel"}));
+}
+
+TEST_F(SessionBusApplicationTest, AQueuedClaimOwnsTheNameOnceTheOwnerLetsGo) {
+    auto first = claimAs("first");
+    ASSERT_TRUE(first);
+    auto queued = SessionBusApplication::claim(
+        name, [this](const std::string& action) { requests_.push_back("queued:" + action); },
+        bus_.connect("queued"), SessionBusApplication::WhenOwned::queue);
+    ASSERT_TRUE(queued);
+
+    first.reset();
+    auto later = bus_.connect("later");
+    EXPECT_TRUE(whileAnswering([&] { return SessionBusApplication::ask(name, "", later); }));
+    EXPECT_EQ(requests_, (std::vector<std::string>{"queued:"}));
+}
+
+// A copy that is starting owns its name a moment after a later start looked.
+TEST_F(SessionBusApplicationTest, WaitingForAnOwnerEndsWhenTheNameIsClaimed) {
+    using namespace std::chrono_literals;
+    auto waiter = bus_.connect("waiter");
+    EXPECT_FALSE(SessionBusApplication::waitForOwner(name, waiter, 100ms));
+
+    std::unique_ptr<SessionBusApplication> owner;
+    QTimer::singleShot(50ms, [&] { owner = claimAs("owner"); });
+    const auto start = std::chrono::steady_clock::now();
+    const auto timeout = 30s;
+    EXPECT_TRUE(SessionBusApplication::waitForOwner(name, waiter, timeout));
+    // Woken by the name's owner, not by the end of the time.
+    EXPECT_LT(std::chrono::steady_clock::now() - start, timeout / 2);
+    EXPECT_TRUE(owner);
+
+    // An owner already there is found without waiting.
+    EXPECT_TRUE(SessionBusApplication::waitForOwner(name, waiter, 0ms));
 }
 
 TEST_F(SessionBusApplicationTest, AskingWithNoOwnerFailsAtOnce) {

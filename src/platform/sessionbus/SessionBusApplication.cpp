@@ -2,7 +2,10 @@
 
 #include <QDBusConnectionInterface>
 #include <QDBusMessage>
+#include <QDBusServiceWatcher>
 #include <QDBusVirtualObject>
+#include <QEventLoop>
+#include <QTimer>
 #include <QVariantMap>
 
 namespace platform::sessionbus {
@@ -79,7 +82,8 @@ SessionBusApplication::~SessionBusApplication() {
 
 std::unique_ptr<SessionBusApplication> SessionBusApplication::claim(const QString& name,
                                                                     RequestHandler handler,
-                                                                    QDBusConnection bus) {
+                                                                    QDBusConnection bus,
+                                                                    WhenOwned whenOwned) {
     if (!bus.isConnected() || !bus.interface())
         return nullptr;
     std::unique_ptr<SessionBusApplication> application(new SessionBusApplication(name, bus));
@@ -88,12 +92,17 @@ std::unique_ptr<SessionBusApplication> SessionBusApplication::claim(const QStrin
     // the name without it.
     if (!bus.registerVirtualObject(objectPathFor(name), application->object_.get()))
         return nullptr;
-    // The bus gives the name to one of two starts at the same moment; the
-    // other is told at once rather than queued.
-    const auto reply =
-        bus.interface()->registerService(name, QDBusConnectionInterface::DontQueueService,
-                                         QDBusConnectionInterface::DontAllowReplacement);
-    if (!reply.isValid() || reply.value() != QDBusConnectionInterface::ServiceRegistered) {
+    // The bus gives the name to one of two claims at the same moment; the
+    // other is told at once, or waits in the queue for it.
+    const bool queue = whenOwned == WhenOwned::queue;
+    const auto reply = bus.interface()->registerService(
+        name,
+        queue ? QDBusConnectionInterface::QueueService : QDBusConnectionInterface::DontQueueService,
+        QDBusConnectionInterface::DontAllowReplacement);
+    const bool claimed =
+        reply.isValid() && (reply.value() == QDBusConnectionInterface::ServiceRegistered ||
+                            (queue && reply.value() == QDBusConnectionInterface::ServiceQueued));
+    if (!claimed) {
         bus.unregisterObject(objectPathFor(name));
         application->name_.clear();
         return nullptr;
@@ -117,6 +126,21 @@ bool SessionBusApplication::ask(const QString& name, const std::string& action,
     }
     const auto reply = bus.call(call, QDBus::Block, answerTimeoutMs);
     return reply.type() == QDBusMessage::ReplyMessage;
+}
+
+bool SessionBusApplication::waitForOwner(const QString& name, QDBusConnection bus,
+                                         std::chrono::milliseconds timeout) {
+    if (!bus.isConnected() || !bus.interface())
+        return false;
+    // Watching first, so that an owner that comes between the look and the
+    // wait is not missed.
+    QDBusServiceWatcher watcher(name, bus, QDBusServiceWatcher::WatchForRegistration);
+    QEventLoop loop;
+    QObject::connect(&watcher, &QDBusServiceWatcher::serviceRegistered, &loop, &QEventLoop::quit);
+    QTimer::singleShot(timeout, &loop, &QEventLoop::quit);
+    if (!bus.interface()->isServiceRegistered(name))
+        loop.exec();
+    return bus.interface()->isServiceRegistered(name);
 }
 
 QString SessionBusApplication::objectPathFor(const QString& name) {

@@ -2,6 +2,7 @@
 
 #include <QDBusConnection>
 #include <QString>
+#include <chrono>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -22,10 +23,17 @@ class SessionBusApplication {
     // plain activation, anything else one of the program's named actions.
     using RequestHandler = std::function<void(const std::string& action)>;
 
-    // Owns the name and answers requests with the handler; nothing when
-    // another process owns it already, or when the bus refuses.
+    // What a claim does when another process owns the name.
+    enum class WhenOwned {
+        refuse,  // nothing is claimed
+        queue,   // the name passes to this claim once the owner lets it go
+    };
+
+    // Owns the name, or waits in the bus's queue for it, and answers
+    // requests with the handler; nothing when the claim was refused.
     static std::unique_ptr<SessionBusApplication> claim(const QString& name, RequestHandler handler,
-                                                        QDBusConnection bus);
+                                                        QDBusConnection bus,
+                                                        WhenOwned whenOwned = WhenOwned::refuse);
     ~SessionBusApplication();
     SessionBusApplication(const SessionBusApplication&) = delete;
     SessionBusApplication& operator=(const SessionBusApplication&) = delete;
@@ -33,6 +41,11 @@ class SessionBusApplication {
     // Asks the owner of the name for the action (empty: activation) and
     // waits for its answer. True when it answered without an error.
     static bool ask(const QString& name, const std::string& action, QDBusConnection bus);
+
+    // Waits, running the events of this thread, until some process owns the
+    // name or the time is up. True when it is owned.
+    static bool waitForOwner(const QString& name, QDBusConnection bus,
+                             std::chrono::milliseconds timeout);
 
     // "harrowmere.Tarnwick" answers on "/harrowmere/Tarnwick".
     static QString objectPathFor(const QString& name);

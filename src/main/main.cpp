@@ -21,6 +21,7 @@ int main(int argc, char** argv) {
             return 2;
         case CommandLine::Action::run:
         case CommandLine::Action::simulate:
+        case CommandLine::Action::showPanel:
             break;
     }
     return tarnwick::runOnDesktop(commandLine, argc, argv);

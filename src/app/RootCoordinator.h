@@ -18,6 +18,7 @@
 #include "platform/LifetimeGuard.h"
 #include "platform/Subscription.h"
 #include "platform/Workspace.h"
+#include "services/UpdateController.h"
 #include "tracking/AppsMonitor.h"
 
 namespace tarnwick {
@@ -78,6 +79,8 @@ class RootCoordinator final : public CoordinatorProtocol,
     AppsMonitor& appsMonitor() const { return *appsMonitor_; }
     ListWindowViewModel& listWindowViewModel() const { return *listWindowViewModel_; }
     ListWindowView& listWindowView() const { return *listWindowView_; }
+    // Shared with the Settings window.
+    const std::shared_ptr<UpdateController>& updateController() const { return updateController_; }
     // The one permission model, shared by the panel and the onboarding window.
     PermissionRequestViewModel& permissionViewModel() const { return *permissionViewModel_; }
 
@@ -109,6 +112,7 @@ class RootCoordinator final : public CoordinatorProtocol,
     std::shared_ptr<AppsMonitor> appsMonitor_;
     std::shared_ptr<platform::WindowController> mainWindowController_;
     std::shared_ptr<InteractionController> interactionController_;
+    std::shared_ptr<UpdateController> updateController_;
     std::shared_ptr<PermissionRequestViewModel> permissionViewModel_;
     std::shared_ptr<ListWindowViewModel> listWindowViewModel_;
     std::unique_ptr<WindowActions> windowActions_;

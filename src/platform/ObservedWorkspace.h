@@ -29,6 +29,7 @@ class ObservedWorkspace : public Workspace {
     std::size_t observerCount(WorkspaceNotification name) const;
 
   protected:
+    MainLoop& loop() const { return loop_; }
     // Tells the frontmost application's observers of it.
     void setFrontmost(RunningApplicationRef application);
     // Notifies one turn of the loop later, as the platform delivers

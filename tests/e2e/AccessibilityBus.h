@@ -24,6 +24,9 @@ struct AccessibleNode {
 
     // This node and every one below it, depth first.
     std::vector<const AccessibleNode*> flattened() const;
+    // "[role] name" of this node and every one below it, a line each, for
+    // messages of failed tests.
+    std::string outline() const;
     // The first node at or below this one with the role and name.
     const AccessibleNode* find(const std::string& role, const std::string& name) const;
 };

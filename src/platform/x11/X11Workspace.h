@@ -9,6 +9,7 @@
 #include <unordered_map>
 #include <vector>
 
+#include "platform/LifetimeGuard.h"
 #include "platform/MainLoop.h"
 #include "platform/ObservedWorkspace.h"
 #include "platform/Workspace.h"
@@ -63,7 +64,11 @@ class X11Workspace final : public ObservedWorkspace, private X11WindowMirrorList
     using Application = std::shared_ptr<xdg::XdgRunningApplication>;
 
     void addRunningAtStart();
+    // The file manager plays the Finder, which is always there: when none
+    // runs at start one is started, and the one started is started again
+    // whenever it ends, after a pause that grows while it keeps ending soon.
     void startFileManagerIfNeeded();
+    void restartFileManagerSoon();
     Application find(pid_t pid) const;
     // The application of the process, made known and announced when it is
     // new; nothing for a process that is gone.
@@ -98,6 +103,11 @@ class X11Workspace final : public ObservedWorkspace, private X11WindowMirrorList
 
     Token inputHandler_;
     Token windowListener_;
+    pid_t startedFileManager_ = 0;
+    double startedFileManagerAt_ = 0;
+    double fileManagerRestartPause_ = 0;
+    Token fileManagerRestart_;
+    LifetimeGuard lifetime_;
 };
 
 }  // namespace platform::x11

@@ -16,6 +16,8 @@ packages=(
   libgtest-dev libgmock-dev libbenchmark-dev
   # the updater: feeds, transfers, signatures
   libcurl4-openssl-dev libpugixml-dev libsodium-dev
+  # making a release: its archive and signature
+  openssl
   # what the end-to-end tests read the desktop with: repaints, the accessibility bus
   libxcb-damage0-dev libatspi2.0-dev at-spi2-core dbus-daemon
   # a desktop to run on and test against

@@ -13,7 +13,6 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
-#include <fstream>
 #include <functional>
 #include <optional>
 #include <string>
@@ -104,31 +103,13 @@ TEST_F(PanelOnDesktopTest, AnotherApplicationComingForwardTakesThePanelAway) {
     EXPECT_EQ(tarnwick.waitForExit(10), (e2e::ExitStatus{true, 0}));
 }
 
-namespace {
-
-// Context switches of the process so far: a process that sleeps until an
-// event comes adds none while nothing happens.
-long contextSwitches(pid_t pid) {
-    std::ifstream status("/proc/" + std::to_string(pid) + "/status");
-    long total = 0;
-    for (std::string line; std::getline(status, line);) {
-        if (line.rfind("voluntary_ctxt_switches:", 0) == 0 ||
-            line.rfind("nonvoluntary_ctxt_switches:", 0) == 0) {
-            total += std::stol(line.substr(line.find(':') + 1));
-        }
-    }
-    return total;
-}
-
-}  // namespace
-
 TEST_F(PanelOnDesktopTest, AnIdleProgramDoesNotWakeUp) {
     e2e::RunningProgram tarnwick(e2e::tarnwickExecutable(), {});
     ASSERT_TRUE(tarnwick.waitUntilHandling(SIGTERM, 20)) << tarnwick.standardError();
     std::this_thread::sleep_for(std::chrono::seconds(2));  // start-up settles
-    const long before = contextSwitches(tarnwick.pid());
+    const long before = tarnwick.contextSwitches();
     std::this_thread::sleep_for(std::chrono::seconds(10));
-    const long wakeUps = contextSwitches(tarnwick.pid()) - before;
+    const long wakeUps = tarnwick.contextSwitches() - before;
     std::printf("wake-ups of the idle program in 10 s: %ld\n", wakeUps);
     EXPECT_LE(wakeUps, 2);
 

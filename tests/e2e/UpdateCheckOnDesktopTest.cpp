@@ -6,6 +6,7 @@
 
 #include <chrono>
 #include <csignal>
+#include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -241,4 +242,43 @@ TEST_F(UpdateCheckOnDesktopTest, AReleaseFolderIsUpdatedAndTheNewVersionStarted)
     EXPECT_EQ(testsupport::outputOf("/proc/" + std::to_string(*started) + "/exe --version"),
               "Tarnwick 99.0.0 (build 999999)\n");
     ::kill(*started, SIGTERM);
+}
+
+TEST_F(UpdateCheckOnDesktopTest, ADueDailyCheckRunsQuietlyAtStartAndTheNextWakesNothingUp) {
+    // Checking by itself, last done more than a day ago.
+    const auto dayAndHourAgo = std::chrono::system_clock::now() - std::chrono::hours(25);
+    e2e::writePreferenceFile(folders.preferenceFile(), {{"SUFeedURL", server.url("/appcast.xml")},
+                                                        {"SUHasLaunchedBefore", true},
+                                                        {"SUEnableAutomaticChecks", true},
+                                                        {"SULastCheckTime", dayAndHourAgo},
+                                                        {"needsShowingInstructions", false}});
+    server.serve("/appcast.xml", testsupport::feedWith(testsupport::itemWith({.version = "1"})));
+    e2e::RunningProgram tarnwick(e2e::tarnwickExecutable(), {});
+    ASSERT_TRUE(tarnwick.waitUntilHandling(SIGTERM, 20)) << tarnwick.standardError();
+
+    // The check that was due runs at once and records its time.
+    ASSERT_TRUE(eventually([&] { return server.requests().size() == 1; }, 20));
+    ASSERT_TRUE(eventually(
+        [&] {
+            const auto stored = e2e::readPreferenceFile(folders.preferenceFile());
+            const auto found = stored.find("SULastCheckTime");
+            const auto* time =
+                found == stored.end() ? nullptr : found->second.get<PropertyList::Date>();
+            return time && *time > dayAndHourAgo + std::chrono::hours(24);
+        },
+        10));
+
+    // The next one is a day away: until then the program sleeps.
+    std::this_thread::sleep_for(std::chrono::seconds(2));
+    const long before = tarnwick.contextSwitches();
+    std::this_thread::sleep_for(std::chrono::seconds(10));
+    const long wakeUps = tarnwick.contextSwitches() - before;
+    std::printf("wake-ups in 10 s of the idle program with a daily check set: %ld\n", wakeUps);
+    EXPECT_LE(wakeUps, 2);
+    EXPECT_EQ(server.requests().size(), 1u);
+    // Finding nothing new, it showed nothing.
+    EXPECT_FALSE(dialogueWith("push button", "OK", 1));
+
+    tarnwick.sendSignal(SIGTERM);
+    EXPECT_EQ(tarnwick.waitForExit(10), (e2e::ExitStatus{true, 0}));
 }

@@ -19,6 +19,8 @@ packages=(
   # a desktop to run on and test against
   xvfb xauth openbox x11-utils x11-xkb-utils xdotool xterm pcmanfm tint2
   dbus-x11 imagemagick strace procps
+  # what checks the autostart entry that launch at login writes
+  desktop-file-utils
 )
 
 missing=()

@@ -17,6 +17,7 @@
 #include "platform/Event.h"
 #include "platform/Subscription.h"
 #include "platform/Workspace.h"
+#include "settings/SettingsCoordinatorDelegate.h"
 #include "tracking/AppsMonitor.h"
 
 namespace tarnwick {
@@ -27,7 +28,8 @@ namespace tarnwick {
 class RootCoordinator final : public CoordinatorProtocol,
                               public MenuBarManager::Coordinator,
                               public ListWindowView::ListRow::Coordinator,
-                              public PermissionRequestView::Coordinator {
+                              public PermissionRequestView::Coordinator,
+                              public SettingsCoordinatorDelegate {
   public:
     using WindowRef = ListWindowView::WindowRef;
     // The toolkit's drawing of the list window's content.
@@ -75,6 +77,9 @@ class RootCoordinator final : public CoordinatorProtocol,
     const CoordinatorProtocol::Ref& aboutCoordinator() const { return aboutCoordinator_; }
     MenuBarManager& menuManager() const;
     AppsMonitor& appsMonitor() const { return *appsMonitor_; }
+    const std::shared_ptr<InteractionController>& interactionController() const {
+        return interactionController_;
+    }
     ListWindowViewModel& listWindowViewModel() const { return *listWindowViewModel_; }
     ListWindowView& listWindowView() const { return *listWindowView_; }
     // The one permission model, shared by the panel and the onboarding window.

@@ -12,11 +12,13 @@
 #include "main/PlatformAssembly.h"
 #include "main/SignalPipe.h"
 #include "platform/x11/X11Connection.h"
+#include "settings/SettingsCoordinator.h"
 #include "views/FirstRunContentViews.h"
 #include "views/ListWindowContentView.h"
 #include "views/QtApplication.h"
 #include "views/QtImages.h"
 #include "views/QtMainLoop.h"
+#include "views/SettingsWindowWidget.h"
 
 namespace tarnwick {
 
@@ -45,6 +47,7 @@ RootCoordinator::ChildFactories childFactories() {
         return AboutCoordinator::make(root.shared_from_this(), root.activationController(),
                                       platform::qt::makeAboutContentView);
     };
+    factories.settings = SettingsCoordinator::childFactory(platform::qt::makeSettingsContentView);
     factories.onboardingPages = {platform::qt::makePermissionsPageContentView,
                                  platform::qt::makeInstructionsPageContentView};
     return factories;

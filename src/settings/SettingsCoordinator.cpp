@@ -30,8 +30,8 @@ std::function<CoordinatorProtocol::Ref(RootCoordinator&)> SettingsCoordinator::c
     return
         [contentView = std::move(contentView)](RootCoordinator& root) -> CoordinatorProtocol::Ref {
             auto self = std::static_pointer_cast<RootCoordinator>(root.shared_from_this());
-            auto viewModel =
-                std::make_shared<SettingsWindowView::ViewModel>(root.interactionController());
+            auto viewModel = std::make_shared<SettingsWindowView::ViewModel>(
+                root.interactionController(), platform::installed().updater);
             return make(self, std::weak_ptr<Delegate>(self), root.activationController(),
                         root.appsMonitor(), std::move(viewModel), contentView);
         };

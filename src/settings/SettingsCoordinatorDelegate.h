@@ -7,6 +7,8 @@ namespace tarnwick {
 class SettingsCoordinatorDelegate {
   public:
     virtual ~SettingsCoordinatorDelegate() = default;
+    // A check for updates that the user asked for.
+    virtual void checkForUpdates() = 0;
 };
 
 }  // namespace tarnwick

@@ -80,6 +80,19 @@ void SettingsWindowView::unhide(const std::string& bundleIdentifier) const {
     coordinator.appsMonitor().setGrouping(bundleIdentifier, AppGrouping::track);
 }
 
+bool SettingsWindowView::automaticallyChecksForUpdates() const {
+    return vm->automaticallyChecksForUpdates();
+}
+
+void SettingsWindowView::setAutomaticallyChecksForUpdates(bool value) const {
+    vm->setAutomaticallyChecksForUpdates(value);
+}
+
+void SettingsWindowView::checkNow() const {
+    if (auto delegate = coordinator.delegate())
+        delegate->checkForUpdates();
+}
+
 const std::vector<SettingsWindowView::ChannelOption>& SettingsWindowView::channelOptions() {
     static const std::vector<ChannelOption> options{{"Official Release", "default"},
                                                     {"Beta", "staging"}};

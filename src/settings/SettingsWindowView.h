@@ -121,6 +121,11 @@ class SettingsWindowView {
     std::vector<HiddenAppRow> hiddenAppRows() const;
     void unhide(const std::string& bundleIdentifier) const;
 
+    bool automaticallyChecksForUpdates() const;
+    void setAutomaticallyChecksForUpdates(bool value) const;
+    // Asks the application for a check now; nothing once it has gone.
+    void checkNow() const;
+
     static const std::vector<ChannelOption>& channelOptions();
     // The option of the stored channel; none for a word the picker doesn't
     // offer, which stays stored until the user picks.

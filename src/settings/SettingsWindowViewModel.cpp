@@ -15,8 +15,8 @@ bool isSameShortcut(const lirixkro::SRShortcutRef& a, const lirixkro::SRShortcut
 }  // namespace
 
 SettingsWindowView::ViewModel::ViewModel(
-    std::shared_ptr<InteractionController> interactionController)
-    : interactionController_(std::move(interactionController)) {
+    std::shared_ptr<InteractionController> interactionController, platform::Updater* updater)
+    : interactionController_(std::move(interactionController)), updater_(updater) {
     const auto stored = quillbox::DefaultsManager::shared().getValue(activationShortcut);
     setShortcut(stored ? stored->toShortcut() : nullptr);
 }
@@ -27,6 +27,15 @@ void SettingsWindowView::ViewModel::setShortcut(lirixkro::SRShortcutRef shortcut
     persist();
     if (changes)
         changed_.emit();
+}
+
+bool SettingsWindowView::ViewModel::automaticallyChecksForUpdates() const {
+    return updater_ && updater_->automaticallyChecksForUpdates();
+}
+
+void SettingsWindowView::ViewModel::setAutomaticallyChecksForUpdates(bool value) {
+    if (updater_)
+        updater_->setAutomaticallyChecksForUpdates(value);
 }
 
 void SettingsWindowView::ViewModel::persist() const {

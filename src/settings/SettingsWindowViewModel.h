@@ -3,6 +3,7 @@
 #include <memory>
 
 #include "listwindow/InteractionController.h"
+#include "platform/Updater.h"
 #include "settings/SettingsWindowView.h"
 #include "shortcuts/SRShortcut.h"
 #include "support/Signal.h"
@@ -18,13 +19,19 @@ class SettingsWindowView::ViewModel {
   public:
     // Reads the stored shortcut and writes it back through the setter: a
     // value that can't be read is removed so.
-    explicit ViewModel(std::shared_ptr<InteractionController> interactionController);
+    ViewModel(std::shared_ptr<InteractionController> interactionController,
+              platform::Updater* updater);
     ViewModel(const ViewModel&) = delete;
     ViewModel& operator=(const ViewModel&) = delete;
 
     const lirixkro::SRShortcutRef& shortcut() const { return shortcut_; }
     // Stores and persists every value; only a different one is announced.
     void setShortcut(lirixkro::SRShortcutRef shortcut);
+
+    // The updater's own setting, read and written through; the program keeps
+    // no copy. Off, and not kept, without an updater.
+    bool automaticallyChecksForUpdates() const;
+    void setAutomaticallyChecksForUpdates(bool value);
 
     // Sent once for each announced change, after it.
     quillbox::Signal<>& changed() { return changed_; }
@@ -35,6 +42,7 @@ class SettingsWindowView::ViewModel {
     lirixkro::SRShortcutRef shortcut_;
     // Kept with the model; no setting uses it.
     std::shared_ptr<InteractionController> interactionController_;
+    platform::Updater* updater_;
     quillbox::Signal<> changed_;
 };
 

@@ -21,7 +21,9 @@ class SettingsWindowViewModelTest : public ::testing::Test, protected spine::Des
   protected:
     quillbox::DefaultsManager& defaults() { return quillbox::DefaultsManager::shared(); }
     bool isStored() { return desktop.preferences().objectForKey("activationShortcut").has_value(); }
-    std::unique_ptr<ViewModel> makeModel() { return std::make_unique<ViewModel>(nullptr); }
+    std::unique_ptr<ViewModel> makeModel() {
+        return std::make_unique<ViewModel>(nullptr, &desktop.updater());
+    }
 
     // Counts the writes of the key through the preferences.
     int writes = 0;

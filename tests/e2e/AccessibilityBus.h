@@ -24,6 +24,9 @@ struct AccessibleNode {
 
     // This node and every one below it, depth first.
     std::vector<const AccessibleNode*> flattened() const;
+    // "[role] name" of this node and every one below it, a line each, for
+    // messages of failed tests.
+    std::string outline() const;
     // The first node at or below this one with the role and name.
     const AccessibleNode* find(const std::string& role, const std::string& name) const;
 };
@@ -46,6 +49,13 @@ class AccessibilityBus {
     // a process id, only that process's.
     std::optional<AccessibleNode> application(const std::string& name, double seconds = 5,
                                               pid_t pid = 0);
+
+    // Does the named action of the first node with the role and name in the
+    // tree of that application's process, as a screen reader does; false
+    // when there is no such node or action. The program has done it when
+    // this returns.
+    bool doAction(const std::string& application, pid_t pid, const std::string& role,
+                  const std::string& name, const std::string& action);
 
     // Starts noting pop-up menus as they show; waitForMenu returns the
     // next one, read when it showed.

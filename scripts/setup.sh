@@ -10,9 +10,9 @@ packages=(
   # time, the application icon's sizes (scripts/render-icon.sh)
   python3 librsvg2-bin
   # libraries
-  qt6-base-dev libgl-dev
+  qt6-base-dev libgl-dev libplist-dev libicu-dev libssl-dev nlohmann-json3-dev libsqlite3-dev
   # Qt's SVG image plugin: most applications' icons in the icon themes are SVG
-  libqt6svg6 libplist-dev libicu-dev libssl-dev nlohmann-json3-dev
+  libqt6svg6
   libxcb1-dev libxcb-ewmh-dev libxcb-icccm4-dev libxcb-xinput-dev libxcb-res0-dev
   libxcb-xkb-dev libxcb-xtest0-dev libxcb-screensaver0-dev libxkbcommon-dev libxkbcommon-x11-dev
   libgtest-dev libgmock-dev libbenchmark-dev

@@ -20,8 +20,8 @@ if [ "${TARNWICK_SKIP_SANITIZERS:-0}" != 1 ]; then
   # ThreadSanitizer see one nearly every run.
   cmake -S . -B build-tsan -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo -DTARNWICK_SANITIZE_THREADS=ON \
     -DTARNWICK_BUILD_BENCHMARKS=OFF >/dev/null
-  cmake --build build-tsan -j"$(nproc)" --target support_tests shortcuts_tests
-  for suite in support_tests shortcuts_tests; do
+  cmake --build build-tsan -j"$(nproc)" --target support_tests shortcuts_tests objectstore_tests
+  for suite in support_tests shortcuts_tests objectstore_tests; do
     TSAN_OPTIONS=halt_on_error=1 "build-tsan/tests/$suite" --gtest_filter='*Thread*' \
       --gtest_repeat=20 --gtest_brief=1
   done

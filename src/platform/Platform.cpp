@@ -86,6 +86,9 @@ FileViewer& fileViewer() {
 PreferencesStore& preferences() {
     return require(current.preferences, "preferences store");
 }
+ObjectStore& objectStore() {
+    return require(current.objectStore, "object store");
+}
 PowerManagement& powerManagement() {
     return require(current.powerManagement, "power management");
 }

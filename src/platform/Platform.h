@@ -10,6 +10,7 @@
 #include "platform/KeyboardLayout.h"
 #include "platform/LoginItemService.h"
 #include "platform/MainLoop.h"
+#include "platform/ObjectStore.h"
 #include "platform/PowerManagement.h"
 #include "platform/PreferencesStore.h"
 #include "platform/ProcessLauncher.h"
@@ -42,6 +43,7 @@ struct Services {
     FileManager* fileManager = nullptr;
     FileViewer* fileViewer = nullptr;
     PreferencesStore* preferences = nullptr;
+    ObjectStore* objectStore = nullptr;
     PowerManagement* powerManagement = nullptr;
 };
 
@@ -78,6 +80,7 @@ Bundles& bundles();
 FileManager& fileManager();
 FileViewer& fileViewer();
 PreferencesStore& preferences();
+ObjectStore& objectStore();
 PowerManagement& powerManagement();
 
 }  // namespace platform

@@ -5,12 +5,14 @@
 #include <chrono>
 #include <cstdlib>
 #include <memory>
+#include <string>
 #include <thread>
 
 #include "platform/Platform.h"
 #include "platform/x11/X11Connection.h"
 #include "platform/x11/X11ScreenSaverSuspension.h"
 #include "support/SleepStopper.h"
+#include "x11/InputTestDisplay.h"
 
 using platform::x11::X11Connection;
 using platform::x11::X11ScreenSaverSuspension;
@@ -20,10 +22,14 @@ namespace {
 constexpr std::int16_t timeoutSeconds = 2;
 
 // Watches the X server's screen saver from a connection of its own, with the
-// timeout made short for the test and put back after it.
+// timeout made short for the test and put back after it. The screen saver and
+// its idle clock belong to the whole server, so each test runs on a server of
+// its own: on a shared one, any test pressing keys or setting the timeout
+// beside it would change what this one sees.
 class ScreenSaverWatch {
   public:
-    ScreenSaverWatch() : connection_(X11Connection::open()) {
+    explicit ScreenSaverWatch(const std::string& display)
+        : connection_(X11Connection::open(display.c_str())) {
         if (!connection_)
             return;
         auto* c = connection_->connection();
@@ -85,13 +91,15 @@ class ScreenSaverWatch {
 }  // namespace
 
 TEST(ScreenSaverOnDesktop, StaysOffWhileATokenLivesAndComesOnAfterItsRelease) {
-    auto powerConnection = X11Connection::open();
-    ASSERT_TRUE(powerConnection) << "needs an X display";
+    x11test::InputTestDisplay display;
+    ASSERT_TRUE(display.started()) << "Xvfb did not start";
+    auto powerConnection = X11Connection::open(display.name().c_str());
+    ASSERT_TRUE(powerConnection);
     X11ScreenSaverSuspension suspension(powerConnection->connection());
     platform::Services services;
     services.powerManagement = &suspension;
     platform::ScopedInstall installed(services);
-    ScreenSaverWatch watch;
+    ScreenSaverWatch watch(display.name());
     ASSERT_TRUE(watch.isOpen());
 
     auto token = quillbox::SleepStopper::disableSleepUntilTokenRelease();
@@ -104,10 +112,12 @@ TEST(ScreenSaverOnDesktop, StaysOffWhileATokenLivesAndComesOnAfterItsRelease) {
 }
 
 TEST(ScreenSaverOnDesktop, SuspensionEndsWithTheLastAssertionOnly) {
-    auto powerConnection = X11Connection::open();
-    ASSERT_TRUE(powerConnection) << "needs an X display";
+    x11test::InputTestDisplay display;
+    ASSERT_TRUE(display.started()) << "Xvfb did not start";
+    auto powerConnection = X11Connection::open(display.name().c_str());
+    ASSERT_TRUE(powerConnection);
     X11ScreenSaverSuspension suspension(powerConnection->connection());
-    ScreenSaverWatch watch;
+    ScreenSaverWatch watch(display.name());
     const auto first = suspension.assertionCreateWithName("first");
     const auto second = suspension.assertionCreateWithName("second");
     ASSERT_TRUE(first && second);

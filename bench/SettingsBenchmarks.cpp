@@ -10,38 +10,25 @@
 #include <set>
 #include <string>
 
-#include "app/RootCoordinator.h"
-#include "platform/sim/SimDesktop.h"
+#include "SimSpine.h"
 #include "platform/xdg/XdgLoginItemService.h"
-#include "settings/DefaultShortcutMigration.h"
 #include "settings/SettingsCoordinator.h"
 #include "settings/SettingsKeys.h"
-#include "support/DefaultsManager.h"
-#include "support/StandardOutput.h"
 
 namespace {
 
-struct SettingsDesktop {
-    SettingsDesktop() {
-        desktop.populateSampleApplications();
-        quillbox::DefaultsManager::clearMigrations();
-        tarnwick::runPreferenceMigrations();
-        tarnwick::RootCoordinator::ChildFactories factories;
-        factories.settings = tarnwick::SettingsCoordinator::childFactory();
-        root = tarnwick::RootCoordinator::make(std::move(factories));
-    }
-    tarnwick::SettingsCoordinator& settings() const {
-        return dynamic_cast<tarnwick::SettingsCoordinator&>(*root->settingsCoordinator());
-    }
+tarnwick::RootCoordinator::ChildFactories settingsOnly() {
+    tarnwick::RootCoordinator::ChildFactories factories;
+    factories.settings = tarnwick::SettingsCoordinator::childFactory();
+    return factories;
+}
 
-    const quillbox::CapturedOutput quiet;
-    platform::sim::SimDesktop desktop;
-    const platform::ScopedInstall install{desktop.services()};
-    std::shared_ptr<tarnwick::RootCoordinator> root;
-};
+tarnwick::SettingsCoordinator& settingsOf(const benchsupport::SimSpine& spine) {
+    return dynamic_cast<tarnwick::SettingsCoordinator&>(*spine.root->settingsCoordinator());
+}
 
 void openAndCloseSettings(benchmark::State& state) {
-    SettingsDesktop spine;
+    benchsupport::SimSpine spine(settingsOnly());
     for (auto _ : state) {
         spine.root->showSettings();
         spine.root->settingsCoordinator()->rootController().window()->close();
@@ -52,7 +39,7 @@ BENCHMARK(openAndCloseSettings);
 
 // Half of the stored identifiers are installed applications.
 void hiddenAppRows(benchmark::State& state) {
-    SettingsDesktop spine;
+    benchsupport::SimSpine spine(settingsOnly());
     std::set<std::string> hidden;
     for (int i = 0; i < state.range(0); ++i) {
         const auto identifier = "org.example.App" + std::to_string(i);
@@ -66,7 +53,7 @@ void hiddenAppRows(benchmark::State& state) {
     quillbox::DefaultsManager::shared().setValue(hidden, tarnwick::hiddenApps);
     spine.root->showSettings();
     for (auto _ : state)
-        benchmark::DoNotOptimize(spine.settings().view().hiddenAppRows());
+        benchmark::DoNotOptimize(settingsOf(spine).view().hiddenAppRows());
     state.SetComplexityN(state.range(0));
 }
 BENCHMARK(hiddenAppRows)->RangeMultiplier(10)->Range(10, 1000)->Complexity();

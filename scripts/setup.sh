@@ -16,13 +16,16 @@ packages=(
   libxcb1-dev libxcb-ewmh-dev libxcb-icccm4-dev libxcb-xinput-dev libxcb-res0-dev
   libxcb-xkb-dev libxcb-xtest0-dev libxcb-screensaver0-dev libxkbcommon-dev libxkbcommon-x11-dev
   libgtest-dev libgmock-dev libbenchmark-dev
+  # the updater: feeds, transfers, signatures
+  libcurl4-openssl-dev libpugixml-dev libsodium-dev
   # what the end-to-end tests read the desktop with: repaints, the accessibility bus
   libxcb-damage0-dev libatspi2.0-dev at-spi2-core dbus-daemon
   # a desktop to run on and test against
   xvfb xauth openbox x11-utils x11-xkb-utils xdotool xterm pcmanfm tint2
   dbus-x11 imagemagick strace procps
-  # what checks the autostart entry that launch at login writes
-  desktop-file-utils
+  # packaging and its checks: the package's dependencies, lint, the desktop's
+  # files, the manual page; a status-notifier tray host to test against
+  dpkg-dev lintian desktop-file-utils appstream man-db haskell-gtk-sni-tray-utils
 )
 
 missing=()

@@ -74,6 +74,7 @@ void RootCoordinator::build() {
     auto panel = platform::toolkit().makePanel();
     auto controller = std::make_shared<platform::WindowController>(panel);
     interactionController_ = std::make_shared<InteractionController>(controller);
+    updateController_ = std::make_shared<UpdateController>();
     permissionViewModel_ = PermissionRequestViewModel::make();
     listWindowViewModel_ =
         std::make_shared<ListWindowViewModel>(interactionController_, appsMonitor_);
@@ -266,8 +267,7 @@ void RootCoordinator::showChild(CoordinatorProtocol::Ref& slot, const ChildFacto
 }
 
 void RootCoordinator::checkForUpdates() {
-    // Update checks arrive with the update controller; the menu item is
-    // already in place.
+    updateController_->checkForUpdates();
 }
 
 void RootCoordinator::quit() {

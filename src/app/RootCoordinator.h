@@ -17,6 +17,7 @@
 #include "platform/Event.h"
 #include "platform/Subscription.h"
 #include "platform/Workspace.h"
+#include "services/UpdateController.h"
 #include "settings/SettingsCoordinatorDelegate.h"
 #include "tracking/AppsMonitor.h"
 
@@ -82,6 +83,10 @@ class RootCoordinator final : public CoordinatorProtocol,
     }
     ListWindowViewModel& listWindowViewModel() const { return *listWindowViewModel_; }
     ListWindowView& listWindowView() const { return *listWindowView_; }
+    // Shared with the Settings window.
+    const std::shared_ptr<UpdateController>& updateController() const override {
+        return updateController_;
+    }
     // The one permission model, shared by the panel and the onboarding window.
     PermissionRequestViewModel& permissionViewModel() const { return *permissionViewModel_; }
 
@@ -118,6 +123,7 @@ class RootCoordinator final : public CoordinatorProtocol,
     std::shared_ptr<AppsMonitor> appsMonitor_;
     std::shared_ptr<platform::WindowController> mainWindowController_;
     std::shared_ptr<InteractionController> interactionController_;
+    std::shared_ptr<UpdateController> updateController_;
     std::shared_ptr<PermissionRequestViewModel> permissionViewModel_;
     std::shared_ptr<ListWindowViewModel> listWindowViewModel_;
     std::unique_ptr<WindowActions> windowActions_;

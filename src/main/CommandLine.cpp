@@ -15,6 +15,8 @@ CommandLine::Action actionFor(std::string_view option) {
         return CommandLine::Action::version;
     if (option == "--simulate")
         return CommandLine::Action::simulate;
+    if (option == "--show-panel")
+        return CommandLine::Action::showPanel;
     return CommandLine::Action::invalid;
 }
 
@@ -39,10 +41,14 @@ std::string usageText() {
            "Puts an application's windows at the mouse: a key chord (by default\n"
            "Control-Option-Shift) brings up a panel at the pointer listing them.\n"
            "\n"
+           "One copy runs in a session: starting it again opens its Settings.\n"
+           "\n"
            "Options:\n"
-           "  --simulate   run on a simulated desktop with sample applications\n"
-           "  --version    print the version and build, then exit\n"
-           "  --help       print this help, then exit\n";
+           "  --show-panel  bring up the panel at the pointer (from the running copy,\n"
+           "                which this start asks, then exits)\n"
+           "  --simulate    run on a simulated desktop with sample applications\n"
+           "  --version     print the version and build, then exit\n"
+           "  --help        print this help, then exit\n";
 }
 
 std::string versionText() {

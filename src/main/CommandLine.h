@@ -7,8 +7,9 @@ namespace tarnwick {
 // What the command line asks the program to do.
 struct CommandLine {
     enum class Action {
-        run,       // on the real desktop
-        simulate,  // on the simulated desktop, with sample applications
+        run,        // on the real desktop
+        simulate,   // on the simulated desktop, with sample applications
+        showPanel,  // the panel at the pointer, from the running copy if there is one
         help,
         version,
         invalid,

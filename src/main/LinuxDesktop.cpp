@@ -1,6 +1,8 @@
 #include "main/BuildInfo.h"
 #include "main/PlatformAssembly.h"
 #include "platform/sessionbus/SessionBusScreenSaverInhibition.h"
+#include "platform/update/LinuxUpdater.h"
+#include "platform/update/RestartHelperLaunch.h"
 #include "platform/x11/X11Connection.h"
 #include "platform/x11/X11Desktop.h"
 #include "platform/x11/X11ScreenSaverSuspension.h"
@@ -9,6 +11,7 @@
 #include "views/QtMainLoop.h"
 #include "views/QtStatusBar.h"
 #include "views/QtToolkit.h"
+#include "views/QtUpdateUserDriver.h"
 
 namespace tarnwick {
 
@@ -24,18 +27,32 @@ class LinuxDesktop final : public PlatformAssembly {
           toolkit_(&application_),
           powerConnection_(openPowerConnection()),
           screenSaverSuspension_(powerConnection_->connection()),
-          power_(QStringLiteral("Tarnwick"), screenSaverSuspension_) {}
+          power_(QStringLiteral("Tarnwick"), screenSaverSuspension_),
+          updater_(loop, updateDialogues_, updaterConfiguration()) {}
 
     platform::Services services() override {
         auto services = desktop_->services();
         services.application = &application_;
         services.toolkit = &toolkit_;
         services.statusBar = &statusBar_;
+        services.updater = &updater_;
         services.powerManagement = &power_;
         return services;
     }
 
   private:
+    static platform::update::UpdaterConfiguration updaterConfiguration() {
+        platform::update::UpdaterConfiguration configuration;
+        configuration.version = build::number;
+        configuration.displayVersion = build::version;
+        configuration.feedURL = build::updateFeedURL;
+        configuration.publicEDKey = build::updatePublicEDKey;
+        std::error_code error;
+        configuration.executable = std::filesystem::read_symlink("/proc/self/exe", error);
+        configuration.relaunch = platform::update::relaunchThroughRestartHelper;
+        return configuration;
+    }
+
     static std::unique_ptr<platform::x11::X11Desktop> openDesktop(
         platform::qt::QtMainLoop& loop, std::unique_ptr<platform::x11::X11Connection> display) {
         platform::x11::X11Desktop::Options options;
@@ -67,6 +84,8 @@ class LinuxDesktop final : public PlatformAssembly {
     std::unique_ptr<platform::x11::X11Connection> powerConnection_;
     platform::x11::X11ScreenSaverSuspension screenSaverSuspension_;
     platform::sessionbus::SessionBusScreenSaverInhibition power_;
+    platform::qt::QtUpdateUserDriver updateDialogues_;
+    platform::update::LinuxUpdater updater_;
 };
 
 }  // namespace

@@ -1,6 +1,7 @@
 #include "main/Run.h"
 
 #include <QApplication>
+#include <QSystemTrayIcon>
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
@@ -11,8 +12,10 @@
 #include "main/BuildInfo.h"
 #include "main/PlatformAssembly.h"
 #include "main/SignalPipe.h"
+#include "main/SingleInstance.h"
 #include "platform/x11/X11Connection.h"
 #include "settings/SettingsCoordinator.h"
+#include "support/StandardOutput.h"
 #include "views/FirstRunContentViews.h"
 #include "views/ListWindowContentView.h"
 #include "views/QtApplication.h"
@@ -53,6 +56,26 @@ RootCoordinator::ChildFactories childFactories() {
     return factories;
 }
 
+// A later start opens Settings here, or brings the panel to the pointer.
+void answerLaterStarts(SingleInstance& instance, RootCoordinator& root) {
+    instance.setRequestHandler([&root](SingleInstance::Request request) {
+        if (request == SingleInstance::Request::showPanel) {
+            root.presentListWindow();
+        } else {
+            root.showSettings();
+        }
+    });
+}
+
+// Neither a status-notifier host nor a tray to show the status item in:
+// Settings is then reached by starting the program again.
+void tellWhenThereIsNoTray() {
+    if (!QSystemTrayIcon::isSystemTrayAvailable()) {
+        quillbox::printLine(
+            "tarnwick: no system tray on this desktop; start tarnwick again to open Settings");
+    }
+}
+
 }  // namespace
 
 int runOnDesktop(const CommandLine& commandLine, int& argc, char** argv) {
@@ -70,6 +93,16 @@ int runOnDesktop(const CommandLine& commandLine, int& argc, char** argv) {
     QApplication application(argc, argv);
     configure();
     platform::qt::QtMainLoop loop;
+    // The simulated desktop answers no real chord: any number may run.
+    std::unique_ptr<SingleInstance> instance;
+    if (!simulated) {
+        auto claim = SingleInstance::claim(commandLine.action == CommandLine::Action::showPanel
+                                               ? SingleInstance::Request::showPanel
+                                               : SingleInstance::Request::showSettings);
+        if (!claim.instance)
+            return claim.exitStatus;
+        instance = std::move(claim.instance);
+    }
     auto assembly =
         simulated ? assembleSimulatedDesktop(loop) : assembleLinuxDesktop(loop, std::move(display));
     platform::ScopedInstall installed(assembly->services());
@@ -79,6 +112,10 @@ int runOnDesktop(const CommandLine& commandLine, int& argc, char** argv) {
     });
     entry.delegate->applicationWillFinishLaunching();
     platform::mainLoop().post([&entry] { entry.delegate->applicationDidFinishLaunching(); });
+    if (instance) {
+        answerLaterStarts(*instance, *entry.rootCoordinator);
+        platform::mainLoop().post(tellWhenThereIsNoTray);
+    }
 
     // Last, so that a stop asked for during start-up waits in the pipe until
     // the loop runs.

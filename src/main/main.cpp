@@ -2,8 +2,10 @@
 
 #include "main/CommandLine.h"
 #include "main/Run.h"
+#include "main/StandardStreams.h"
 
 int main(int argc, char** argv) {
+    tarnwick::prepareStandardStreams();
     using tarnwick::CommandLine;
     const auto commandLine = tarnwick::parseCommandLine(argc, argv);
     switch (commandLine.action) {
@@ -19,6 +21,7 @@ int main(int argc, char** argv) {
             return 2;
         case CommandLine::Action::run:
         case CommandLine::Action::simulate:
+        case CommandLine::Action::showPanel:
             break;
     }
     return tarnwick::runOnDesktop(commandLine, argc, argv);

@@ -10,6 +10,8 @@
 #include <string>
 #include <string_view>
 
+#include "platform/PropertyListNesting.h"
+
 namespace platform {
 
 namespace {
@@ -168,7 +170,7 @@ std::optional<PropertyList> dictionaryFromNode(plist_t node, int depth) {
 
 std::optional<PropertyList> fromNode(plist_t node, int depth) {
     // Deeply nested input is damaged input; refuse it before the stack does.
-    if (!node || depth > 512)
+    if (!node || depth > static_cast<int>(PropertyListNesting::deepestAllowed))
         return std::nullopt;
     switch (plist_get_node_type(node)) {
         case PLIST_BOOLEAN: {
@@ -244,6 +246,10 @@ std::string PropertyListCodec::encodeXML(const PropertyList& value) {
 
 std::optional<PropertyList> PropertyListCodec::decode(std::string_view bytes) {
     if (bytes.empty() || bytes.size() > std::numeric_limits<uint32_t>::max())
+        return std::nullopt;
+    // The library recurses once per level while reading, writing and
+    // freeing, with no limit of its own.
+    if (!PropertyListNesting::withinLimit(bytes))
         return std::nullopt;
     plist_t raw = nullptr;
     const auto length = static_cast<uint32_t>(bytes.size());

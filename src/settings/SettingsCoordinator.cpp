@@ -31,7 +31,7 @@ std::function<CoordinatorProtocol::Ref(RootCoordinator&)> SettingsCoordinator::c
         [contentView = std::move(contentView)](RootCoordinator& root) -> CoordinatorProtocol::Ref {
             auto self = std::static_pointer_cast<RootCoordinator>(root.shared_from_this());
             auto viewModel = std::make_shared<SettingsWindowView::ViewModel>(
-                root.interactionController(), platform::installed().updater);
+                root.interactionController(), root.updateController());
             return make(self, std::weak_ptr<Delegate>(self), root.activationController(),
                         root.appsMonitor(), std::move(viewModel), contentView);
         };

@@ -1,14 +1,17 @@
 #pragma once
 
+#include <memory>
+
+#include "services/UpdateController.h"
+
 namespace tarnwick {
 
-// What the Settings window asks of the application beyond its own
-// coordinator; the root coordinator answers it.
+// How the Settings window reaches the application's update controller; the
+// root coordinator answers it.
 class SettingsCoordinatorDelegate {
   public:
     virtual ~SettingsCoordinatorDelegate() = default;
-    // A check for updates that the user asked for.
-    virtual void checkForUpdates() = 0;
+    virtual const std::shared_ptr<UpdateController>& updateController() const = 0;
 };
 
 }  // namespace tarnwick

@@ -90,7 +90,7 @@ void SettingsWindowView::setAutomaticallyChecksForUpdates(bool value) const {
 
 void SettingsWindowView::checkNow() const {
     if (auto delegate = coordinator.delegate())
-        delegate->checkForUpdates();
+        delegate->updateController()->checkForUpdates();
 }
 
 const std::vector<SettingsWindowView::ChannelOption>& SettingsWindowView::channelOptions() {

@@ -15,8 +15,10 @@ bool isSameShortcut(const lirixkro::SRShortcutRef& a, const lirixkro::SRShortcut
 }  // namespace
 
 SettingsWindowView::ViewModel::ViewModel(
-    std::shared_ptr<InteractionController> interactionController, platform::Updater* updater)
-    : interactionController_(std::move(interactionController)), updater_(updater) {
+    std::shared_ptr<InteractionController> interactionController,
+    std::shared_ptr<UpdateController> updateController)
+    : updateController_(std::move(updateController)),
+      interactionController_(std::move(interactionController)) {
     const auto stored = quillbox::DefaultsManager::shared().getValue(activationShortcut);
     setShortcut(stored ? stored->toShortcut() : nullptr);
 }
@@ -30,12 +32,11 @@ void SettingsWindowView::ViewModel::setShortcut(lirixkro::SRShortcutRef shortcut
 }
 
 bool SettingsWindowView::ViewModel::automaticallyChecksForUpdates() const {
-    return updater_ && updater_->automaticallyChecksForUpdates();
+    return updateController_->updater().automaticallyChecksForUpdates();
 }
 
 void SettingsWindowView::ViewModel::setAutomaticallyChecksForUpdates(bool value) {
-    if (updater_)
-        updater_->setAutomaticallyChecksForUpdates(value);
+    updateController_->updater().setAutomaticallyChecksForUpdates(value);
 }
 
 void SettingsWindowView::ViewModel::persist() const {

@@ -3,7 +3,7 @@
 #include <memory>
 
 #include "listwindow/InteractionController.h"
-#include "platform/Updater.h"
+#include "services/UpdateController.h"
 #include "settings/SettingsWindowView.h"
 #include "shortcuts/SRShortcut.h"
 #include "support/Signal.h"
@@ -20,7 +20,7 @@ class SettingsWindowView::ViewModel {
     // Reads the stored shortcut and writes it back through the setter: a
     // value that can't be read is removed so.
     ViewModel(std::shared_ptr<InteractionController> interactionController,
-              platform::Updater* updater);
+              std::shared_ptr<UpdateController> updateController);
     ViewModel(const ViewModel&) = delete;
     ViewModel& operator=(const ViewModel&) = delete;
 
@@ -28,8 +28,8 @@ class SettingsWindowView::ViewModel {
     // Stores and persists every value; only a different one is announced.
     void setShortcut(lirixkro::SRShortcutRef shortcut);
 
-    // The updater's own setting, read and written through; the program keeps
-    // no copy. Off, and not kept, without an updater.
+    // The updater's own setting, read and written through, so that the
+    // updater keeps it; the program keeps no copy.
     bool automaticallyChecksForUpdates() const;
     void setAutomaticallyChecksForUpdates(bool value);
 
@@ -40,9 +40,9 @@ class SettingsWindowView::ViewModel {
     void persist() const;
 
     lirixkro::SRShortcutRef shortcut_;
+    std::shared_ptr<UpdateController> updateController_;
     // Kept with the model; no setting uses it.
     std::shared_ptr<InteractionController> interactionController_;
-    platform::Updater* updater_;
     quillbox::Signal<> changed_;
 };
 

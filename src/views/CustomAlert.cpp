@@ -3,6 +3,7 @@
 #include <QDialogButtonBox>
 #include <QGridLayout>
 #include <QKeyEvent>
+#include <QLabel>
 #include <QPushButton>
 
 #include "views/QtContentView.h"
@@ -38,6 +39,22 @@ void insertAccessory(QMessageBox& box, QWidget* accessory) {
 }
 
 constexpr int alertIconSize = 64;
+
+// What a screen reader says for the box's picture: its kind, or for an
+// alert's own icon simply that it is one.
+QString iconName(const quillbox::Alert& alert) {
+    if (alert.icon || !alert.severity)
+        return QStringLiteral("Icon");
+    switch (*alert.severity) {
+        case quillbox::Alert::Style::warning:
+            return QStringLiteral("Warning");
+        case quillbox::Alert::Style::informational:
+            return QStringLiteral("Information");
+        case quillbox::Alert::Style::critical:
+            return QStringLiteral("Critical");
+    }
+    return QStringLiteral("Icon");
+}
 
 }  // namespace
 
@@ -80,6 +97,8 @@ std::unique_ptr<CustomAlert> createAlert(const quillbox::Alert& alert, QWidget* 
         box->setIcon(standardIconFor(*alert.severity));
     if (alert.icon)
         box->setIconPixmap(iconFor(*alert.icon).pixmap(alertIconSize, alertIconSize));
+    if (auto* picture = box->findChild<QLabel*>(QStringLiteral("qt_msgboxex_icon_label")))
+        picture->setAccessibleName(iconName(alert));
     if (const auto* view = dynamic_cast<const QtContentView*>(alert.accessoryView.get());
         view && view->widget()) {
         insertAccessory(*box, view->widget());

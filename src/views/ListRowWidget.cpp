@@ -5,6 +5,8 @@
 #include <QLabel>
 #include <QPainter>
 #include <QPainterPath>
+#include <QScreen>
+#include <algorithm>
 
 #include "views/PanelLayout.h"
 #include "views/TrafficLightButton.h"
@@ -43,8 +45,8 @@ ListRowWidget::ListRowWidget(ListRow row, tarnwick::ListWindowView::Coordinator&
         button = new TrafficLightButton(this);
         layout->addWidget(button, 0, Qt::AlignVCenter);
     }
-    // The title keeps its whole text on one line and lets clicks through to
-    // the row.
+    // The title keeps its text on one line, shortened in the middle where
+    // the screen is too narrow for it, and lets clicks through to the row.
     title_->setTextFormat(Qt::PlainText);
     title_->setWordWrap(false);
     title_->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
@@ -78,8 +80,17 @@ void ListRowWidget::redraw() {
     text.setAlphaF(static_cast<float>(drawing.opacity));
     palette.setColor(QPalette::WindowText, text);
     title_->setPalette(palette);
-    title_->setText(title);
+    title_->setText(QFontMetrics(font).elidedText(title, Qt::ElideMiddle, widestTitle()));
+    // Screen readers read the whole title, however it is shortened.
+    title_->setAccessibleName(title);
     setAccessibleName(title);
+}
+
+int ListRowWidget::widestTitle() const {
+    const QScreen* shownOn = screen();
+    if (!shownOn)
+        return QWIDGETSIZE_MAX;
+    return std::max(0, widestRowTitle(shownOn->availableGeometry().width()));
 }
 
 void ListRowWidget::enterEvent(QEnterEvent* event) {

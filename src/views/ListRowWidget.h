@@ -40,6 +40,9 @@ class ListRowWidget final : public QAbstractButton {
     void changeEvent(QEvent* event) override;
 
   private:
+    // So that the panel is never wider than the work area of its screen.
+    int widestTitle() const;
+
     ListRow row_;
     std::array<TrafficLightButton*, 3> buttons_{};
     QLabel* title_;

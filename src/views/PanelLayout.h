@@ -27,6 +27,13 @@ constexpr int rowPitch = rowHeight + 2 * rowSpacing + dividerHeight;
 constexpr int trafficButtonSide = 12;
 constexpr int trafficButtonSpacing = 6;
 
+// The widest a row's title may be for the panel to fit a work area this
+// wide: the panel's paddings and the round buttons before the title take
+// the rest.
+constexpr int widestRowTitle(int workAreaWidth) {
+    return workAreaWidth - 2 * scenePadding - 3 * (trafficButtonSide + trafficButtonSpacing);
+}
+
 // The top of the first row, from the top of the panel's content.
 constexpr int firstRowTop = scenePadding + menuButtonHeight + sectionSpacing;
 

@@ -108,8 +108,14 @@ void noteShownMenu(AtspiEvent* event, void*) {
 }
 
 // Starts a session bus daemon in the background; its process and address.
+// It outlives the test that first asked for it, so it takes none of that
+// test's private folders with it: those go, with what runs in them, when the
+// test ends.
 std::optional<std::pair<pid_t, std::string>> startSessionBus() {
-    FILE* output = popen("dbus-daemon --session --fork --print-address=1 --print-pid=1", "r");
+    FILE* output = popen(
+        "env -u XDG_RUNTIME_DIR -u XDG_CONFIG_HOME "
+        "dbus-daemon --session --fork --print-address=1 --print-pid=1",
+        "r");
     if (!output)
         return std::nullopt;
     char address[512] = {}, pid[32] = {};

@@ -283,3 +283,21 @@ TEST_F(ListWindowOnDesktopTest, TheMenuPicksAnotherApplicationAndKeepsItsGroupin
     EXPECT_TRUE(stored(hiddenAppsKey, terminalIdentifier));
     stopTarnwick();
 }
+
+// A folder name as long as the file system allows makes a title far wider
+// than the screen; the panel still fits the screen.
+TEST_F(ListWindowOnDesktopTest, ATitleWiderThanTheScreenKeepsThePanelOnIt) {
+    openFolders({"Documents", std::string(240, 'W') + " and the end"});
+    openTerminalInFront();
+    startTarnwick();
+
+    const auto map = showPanelWithRows(2);
+    ASSERT_TRUE(map);
+    const auto shown = desktop.shownPanel(tarnwick->pid());
+    ASSERT_TRUE(shown);
+    constexpr int screenWidth = 1280;
+    EXPECT_LE(shown->width, screenWidth);
+    EXPECT_GT(shown->width, screenWidth / 2);
+    EXPECT_TRUE(e2e::saveScreenshot(*shown, TARNWICK_ARTIFACTS_DIR "/panel-long-title.png"));
+    stopTarnwick();
+}

@@ -119,6 +119,11 @@ RunningProgram::~RunningProgram() {
     close(errorFd_);
 }
 
+void RunningProgram::closeStandardOutput() {
+    close(outputFd_);
+    outputFd_ = -1;  // poll() passes over it from now on
+}
+
 void RunningProgram::sendSignal(int signal) const {
     if (!status_)
         kill(pid_, signal);

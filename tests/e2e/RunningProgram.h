@@ -38,6 +38,10 @@ class RunningProgram {
     // which it installs once it is ready to be stopped by it.
     bool waitUntilHandling(int signal, double seconds);
 
+    // Stops reading the program's standard output, as a reader that went
+    // away does: its next write there fails.
+    void closeStandardOutput();
+
     const std::string& standardOutput() const { return output_; }
     const std::string& standardError() const { return error_; }
 

@@ -26,13 +26,6 @@ std::vector<std::string> rolesAndNames(const AccessibleNode& menu) {
     return items;
 }
 
-std::string describe(const AccessibleNode& tree) {
-    std::string text;
-    for (const auto* node : tree.flattened())
-        text += "[" + node->role + "] " + node->name + "\n";
-    return text;
-}
-
 class ScreenReaderOnDesktopTest : public ::testing::Test {
   protected:
     void SetUp() override {
@@ -95,7 +88,7 @@ TEST_F(ScreenReaderOnDesktopTest, ThePanelsMenuRowsAndButtonsHaveTheirNames) {
             return tree && tree->find("push button", "usr");
         },
         15))
-        << "the panel never listed the file manager's window: " << (tree ? describe(*tree) : "");
+        << "the panel never listed the file manager's window: " << (tree ? tree->outline() : "");
 
     const auto* row = tree->find("push button", "usr");
     std::vector<std::string> buttons;

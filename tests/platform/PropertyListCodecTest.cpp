@@ -2,7 +2,9 @@
 
 #include <string>
 
+#include "platform/DeepPropertyLists.h"
 #include "platform/PropertyListCodec.h"
+#include "platform/PropertyListNesting.h"
 
 using platform::PropertyList;
 using platform::PropertyListCodec;
@@ -54,6 +56,41 @@ TEST(PropertyListCodec, DamagedInputDecodesToNothing) {
     auto bytes = PropertyListCodec::encodeBinary(everyKind());
     bytes.resize(bytes.size() / 2);
     EXPECT_FALSE(PropertyListCodec::decode(bytes));
+}
+
+// The library under the codec recurses once per level; this deep, it ran out
+// of stack before any check of ours.
+TEST(PropertyListCodec, InputNestedDeeperThanAListMayBeIsRefusedUnread) {
+    using namespace platform::fixtures;
+    constexpr auto deepest = platform::PropertyListNesting::deepestAllowed - 1;  // below the dict
+    for (const auto& [depth, decodes] :
+         {std::pair{deepest, true}, {deepest + 1, false}, {std::size_t{50'000}, false}}) {
+        EXPECT_EQ(PropertyListCodec::decode(deepXMLPropertyList(depth)).has_value(), decodes)
+            << depth << " deep, XML";
+        EXPECT_EQ(PropertyListCodec::decode(deepBinaryPropertyList(depth)).has_value(), decodes)
+            << depth << " deep, binary";
+    }
+    EXPECT_FALSE(PropertyListCodec::decode(deepBinaryPropertyList(3, /*cyclic=*/true)));
+}
+
+TEST(PropertyListNesting, CountsWhatAReaderWouldNestAndNothingElse) {
+    using platform::PropertyListNesting;
+    // Closing tags hidden where no reader sees them don't hide depth.
+    const std::string hidden =
+        "<plist><array><!-- </array> --><array x=\"</array>\">"
+        "<![CDATA[</array>]]><array><string>x</string></array></array></array>"
+        "</plist>";
+    EXPECT_TRUE(PropertyListNesting::xmlWithinLimit(hidden, 3));
+    EXPECT_FALSE(PropertyListNesting::xmlWithinLimit(hidden, 2));
+    // Many siblings are wide, not deep; a value shared by many parents is
+    // measured once.
+    PropertyList::Array wide(10'000, PropertyList::Array{PropertyList::Array{"x"}});
+    const auto bytes = PropertyListCodec::encodeBinary(wide);
+    const std::string_view binary(reinterpret_cast<const char*>(bytes.data()), bytes.size());
+    EXPECT_TRUE(PropertyListNesting::binaryWithinLimit(binary, 3));
+    EXPECT_FALSE(PropertyListNesting::binaryWithinLimit(binary, 2));
+    EXPECT_TRUE(PropertyListNesting::xmlWithinLimit(PropertyListCodec::encodeXML(wide), 3));
+    EXPECT_FALSE(PropertyListNesting::xmlWithinLimit(PropertyListCodec::encodeXML(wide), 2));
 }
 
 TEST(PropertyList, IntegersCompareByValueWhateverTheirSignedness) {

@@ -4,7 +4,6 @@
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QDBusVirtualObject>
-#include <QProcess>
 #include <QThread>
 #include <atomic>
 #include <map>
@@ -14,47 +13,13 @@
 #include <string>
 
 #include "platform/sessionbus/SessionBusScreenSaverInhibition.h"
+#include "support/PrivateSessionBus.h"
 
 using platform::PowerManagement;
 using platform::sessionbus::SessionBusScreenSaverInhibition;
+using testsupport::PrivateSessionBus;
 
 namespace {
-
-QCoreApplication& application() {
-    static int argc = 1;
-    static char name[] = "power_tests";
-    static char* argv[] = {name, nullptr};
-    static QCoreApplication app(argc, argv);
-    return app;
-}
-
-// A session bus of the test's own, ended with the test.
-class PrivateSessionBus {
-  public:
-    PrivateSessionBus() {
-        application();
-        daemon_.start("dbus-daemon", {"--session", "--nofork", "--print-address=1"});
-        if (daemon_.waitForStarted(5000) && daemon_.waitForReadyRead(5000))
-            address_ = QString::fromUtf8(daemon_.readLine()).trimmed();
-    }
-    ~PrivateSessionBus() {
-        for (const auto& name : names_)
-            QDBusConnection::disconnectFromBus(name);
-        daemon_.kill();
-        daemon_.waitForFinished(5000);
-    }
-
-    bool isRunning() const { return !address_.isEmpty(); }
-    QDBusConnection connect(const QString& name) {
-        names_.push_back(name);
-        return QDBusConnection::connectToBus(address_, name);
-    }
-
-  private:
-    QProcess daemon_;
-    QString address_;
-    std::vector<QString> names_;
-};
 
 // What answers Inhibit and UnInhibit on the bus in these tests, on a thread
 // of its own so that the blocking calls under test can be answered.

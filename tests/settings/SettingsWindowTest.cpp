@@ -157,6 +157,14 @@ TEST_F(SettingsWindowTest, TheChannelPickerSelectsTheStoredWordAndNothingForAnot
     EXPECT_EQ(defaults().getValue(tarnwick::releaseChannel), "default");
 }
 
+TEST_F(SettingsWindowTest, CheckNowAsksTheApplicationsUpdaterWithTheStoredChannel) {
+    root->showSettings();
+    view().checkNow();
+    view().selectChannel(1);
+    view().checkNow();
+    EXPECT_EQ(desktop.updater().checks(), (std::vector<std::set<std::string>>{{}, {"staging"}}));
+}
+
 TEST_F(SettingsWindowTest, TheLaunchSwitchChangesOnALaterTurnAndCantBeChangedWhileThinking) {
     root->showSettings();
     auto& service = desktop.loginItemService();

@@ -22,9 +22,11 @@ class SettingsWindowViewModelTest : public ::testing::Test, protected spine::Des
     quillbox::DefaultsManager& defaults() { return quillbox::DefaultsManager::shared(); }
     bool isStored() { return desktop.preferences().objectForKey("activationShortcut").has_value(); }
     std::unique_ptr<ViewModel> makeModel() {
-        return std::make_unique<ViewModel>(nullptr, &desktop.updater());
+        return std::make_unique<ViewModel>(nullptr, updateController);
     }
 
+    std::shared_ptr<tarnwick::UpdateController> updateController =
+        std::make_shared<tarnwick::UpdateController>();
     // Counts the writes of the key through the preferences.
     int writes = 0;
     quillbox::NotificationHandle writeCounter = defaults().registerNotifications(
@@ -92,6 +94,15 @@ TEST_F(SettingsWindowViewModelTest, AnEqualShortcutIsRewrittenWithoutAnnouncingA
     model->setShortcut(nullptr);
     EXPECT_EQ(changes, 2) << "nil again is no change";
     EXPECT_FALSE(isStored());
+}
+
+TEST_F(SettingsWindowViewModelTest, AutomaticChecksAreTheUpdatersOwnSettingReadAndWrittenThrough) {
+    auto model = makeModel();
+    auto& updater = desktop.updater();
+    updater.setAutomaticallyChecksForUpdates(true);
+    EXPECT_TRUE(model->automaticallyChecksForUpdates());
+    model->setAutomaticallyChecksForUpdates(false);
+    EXPECT_FALSE(updater.automaticallyChecksForUpdates());
 }
 
 TEST_F(SettingsWindowViewModelTest, ARecordedShortcutBringsThePanelAtTheNextKeyAndAClearedOneNone) {

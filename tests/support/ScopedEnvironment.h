@@ -29,6 +29,11 @@ class ScopedEnvironment {
         saved_.emplace_back(name, before ? std::optional<std::string>(before) : std::nullopt);
         ::setenv(name.c_str(), value.c_str(), 1);
     }
+    void unset(const std::string& name) {
+        const char* before = std::getenv(name.c_str());
+        saved_.emplace_back(name, before ? std::optional<std::string>(before) : std::nullopt);
+        ::unsetenv(name.c_str());
+    }
 
   private:
     std::vector<std::pair<std::string, std::optional<std::string>>> saved_;

@@ -20,13 +20,7 @@ using quillbox::Alert;
 
 namespace {
 
-void save(QWidget& widget, const QString& name) {
-    const char* folder = std::getenv("TARNWICK_SCREENSHOTS");
-    if (!folder)
-        return;
-    QDir().mkpath(QString::fromLocal8Bit(folder));
-    widget.grab().save(QDir(QString::fromLocal8Bit(folder)).filePath(name));
-}
+using viewtest::saveScreenshot;
 
 QPushButton* buttonTitled(CustomAlert& box, const QString& title) {
     for (auto* button : box.buttons()) {
@@ -129,7 +123,7 @@ TEST(CustomAlert, ShowsSeverityIconAndAccessoryView) {
     EXPECT_LT(note->mapTo(box.get(), QPoint(0, 0)).y(), buttonsTop)
         << "the accessory stands above the buttons";
     EXPECT_EQ(box->accessibleName(), "Delete “Quarterly Report”?");
-    save(*box, "alert-critical-with-accessory.png");
+    saveScreenshot(*box, "alert-critical-with-accessory.png");
 
     auto informational = createAlert(
         Alert("Update available", "Version 2.0 is ready.",
@@ -137,5 +131,5 @@ TEST(CustomAlert, ShowsSeverityIconAndAccessoryView) {
             .with([](Alert& a) { a.severity = Alert::Style::informational; }));
     informational->show();
     ASSERT_TRUE(viewtest::runQtUntil([&] { return informational->isVisible(); }));
-    save(*informational, "alert-informational.png");
+    saveScreenshot(*informational, "alert-informational.png");
 }

@@ -5,6 +5,7 @@
 #include <QLabel>
 #include <QPalette>
 #include <QPixmap>
+#include <QScreen>
 #include <cstdlib>
 
 #include "ListWindowFixture.h"
@@ -99,6 +100,19 @@ TEST_F(ListWindowScreenshot, TheEmptyAndErrorPanels) {
     const QPixmap picture = widget->grab();
     save(picture, QStringLiteral("list-window-error.png"));
     EXPECT_LT(picture.height(), 40);
+}
+
+TEST_F(ListWindowScreenshot, ATitleTooLongForTheScreenShortenedInTheMiddle) {
+    std::string title = "Minutes of the planning meeting";
+    while (title.size() < 300)
+        title += ", with notes on every point raised";
+    title += " (final).odt";
+    const auto longOne = sim.addWindow(appPid, corvane::testing::SimWindowSetup::titled(title));
+    loop.runUntilIdle();
+    show(windowsContent({documents, longOne, downloads}));
+    widget->adjustSize();
+    save(widget->grab(), QStringLiteral("list-window-long-title.png"));
+    EXPECT_LE(widget->width(), QGuiApplication::primaryScreen()->availableGeometry().width());
 }
 
 }  // namespace

@@ -6,6 +6,7 @@
 #include <QLabel>
 #include <QLayout>
 #include <QPushButton>
+#include <QScreen>
 
 #include "ListWindowFixture.h"
 #include "QtTestSupport.h"
@@ -237,6 +238,41 @@ TEST_F(ListWindowTest, ThePanelGrowsAndShrinksWithItsContent) {
     ASSERT_TRUE(runQtUntil([&] { return panel->frame().size.height > oneRow; }));
     redraw(windowsContent({documents}));
     EXPECT_TRUE(runQtUntil([&] { return panel->frame().size.height == oneRow; }));
+    panel->close();
+}
+
+// 100,000 characters once made a panel 32,767 points wide, every row off
+// the screen.
+TEST_F(ListWindowTest, ALongTitleIsShortenedInTheMiddleToKeepThePanelOnItsScreen) {
+    const std::string longTitle = "Report " + std::string(100'000, 'x') + " final.txt";
+    auto titled = sim.addWindow(appPid, corvane::testing::SimWindowSetup::titled(longTitle));
+    platform::qt::QtToolkit toolkit;
+    auto panel = toolkit.makePanel();
+    content = windowsContent({documents, titled});
+    panel->setContentView(std::make_shared<platform::qt::QtContentView>(
+        new platform::qt::ListWindowWidget([this] { return content; }, changed, coordinator)));
+    panel->orderFront();
+    QCoreApplication::processEvents();
+
+    const QRect workArea = QGuiApplication::primaryScreen()->availableGeometry();
+    EXPECT_GT(panel->frame().size.width, workArea.width() * 0.8) << "uses the room there is";
+    EXPECT_LE(panel->frame().size.width, workArea.width());
+    ListRowWidget* row = nullptr;
+    for (auto* candidate : QApplication::allWidgets()) {
+        if (auto* found = dynamic_cast<ListRowWidget*>(candidate);
+            found && found->accessibleName().size() > 1000)
+            row = found;
+    }
+    ASSERT_NE(row, nullptr);
+    const QString shown = row->title()->text();
+    EXPECT_TRUE(shown.startsWith("Report x")) << shown.left(40).toStdString();
+    EXPECT_TRUE(shown.endsWith("x final.txt"));
+    EXPECT_TRUE(shown.contains(QChar(0x2026)));
+    EXPECT_EQ(QAccessible::queryAccessibleInterface(row)->text(QAccessible::Name).toStdString(),
+              longTitle);
+    EXPECT_EQ(
+        QAccessible::queryAccessibleInterface(row->title())->text(QAccessible::Name).toStdString(),
+        longTitle);
     panel->close();
 }
 

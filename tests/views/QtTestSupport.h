@@ -1,9 +1,12 @@
 #pragma once
 
 #include <QCoreApplication>
+#include <QDir>
 #include <QElapsedTimer>
 #include <QEventLoop>
 #include <QTimer>
+#include <QWidget>
+#include <cstdlib>
 #include <functional>
 
 namespace viewtest {
@@ -28,6 +31,16 @@ inline void runQtFor(int milliseconds) {
     QElapsedTimer clock;
     clock.start();
     runQtUntil([&] { return clock.elapsed() >= milliseconds; }, milliseconds + 1000);
+}
+
+// With TARNWICK_SCREENSHOTS set to a folder, saves a picture of the widget
+// there under the name, for a person to look at.
+inline void saveScreenshot(QWidget& widget, const QString& name) {
+    const char* folder = std::getenv("TARNWICK_SCREENSHOTS");
+    if (!folder)
+        return;
+    QDir().mkpath(QString::fromLocal8Bit(folder));
+    widget.grab().save(QDir(QString::fromLocal8Bit(folder)).filePath(name));
 }
 
 }  // namespace viewtest

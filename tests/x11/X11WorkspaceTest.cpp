@@ -7,6 +7,7 @@
 
 #include "platform/x11/X11Desktop.h"
 #include "platform/x11/X11Workspace.h"
+#include "platform/xdg/DesktopEntryStartability.h"
 #include "platform/xdg/ProcessInfo.h"
 #include "support/ScopedEnvironment.h"
 #include "x11/X11DesktopFixture.h"
@@ -58,11 +59,40 @@ class X11WorkspaceTest : public X11DesktopTest {
                      [pid](const auto& app) { return app && app->processIdentifier() == pid; });
         return found;
     }
+    // Into `launched` and `terminated`.
+    void recordLaunchesAndTerminations() {
+        for (const auto name : {WorkspaceNotification::didLaunchApplication,
+                                WorkspaceNotification::didTerminateApplication}) {
+            workspace().addObserverForName(name, [this, name](const auto& info) {
+                (name == WorkspaceNotification::didLaunchApplication ? launched : terminated)
+                    .push_back(info.application);
+            });
+        }
+    }
+    std::vector<RunningApplicationRef> finders() {
+        std::vector<RunningApplicationRef> found;
+        for (const auto& app : workspace().runningApplications()) {
+            if (app->bundleIdentifier() == "com.apple.finder")
+                found.push_back(app);
+        }
+        return found;
+    }
+    // The file manager keeps one instance per user, found through a socket
+    // in the runtime folder: a private folder keeps other desktops' file
+    // managers out of the test.
+    void installFileManagerOfItsOwn() {
+        const auto runtime = tree.root() / "runtime";
+        std::filesystem::create_directories(runtime);
+        environment.set("XDG_RUNTIME_DIR", runtime.string());
+        install("pcmanfm.desktop", "File Manager PCManFM", "pcmanfm %U",
+                "MimeType=inode/directory;\n");
+    }
     void settle() {
         loop.runUntil([] { return false; }, 0.2);
     }
 
     DesktopEntryTestTree tree;
+    testsupport::ScopedEnvironment environment;
     std::unique_ptr<X11Desktop> desktop;
     std::vector<RunningApplicationRef> launched, terminated;
 };
@@ -122,13 +152,7 @@ TEST_F(X11WorkspaceTest, ProcessesWithWindowsOrOfInstalledApplicationsRunAndSoDo
 
 TEST_F(X11WorkspaceTest, AFirstWindowLaunchesAndTheProcessEndTerminates) {
     openDesktop();
-    for (const auto name : {WorkspaceNotification::didLaunchApplication,
-                            WorkspaceNotification::didTerminateApplication}) {
-        workspace().addObserverForName(name, [this, name](const auto& info) {
-            (name == WorkspaceNotification::didLaunchApplication ? launched : terminated)
-                .push_back(info.application);
-        });
-    }
+    recordLaunchesAndTerminations();
     TestClient client;
     settle();
     EXPECT_FALSE(running(client.pid())) << "no window yet";
@@ -184,30 +208,16 @@ TEST_F(X11WorkspaceTest, TheFrontmostApplicationFollowsTheActiveWindow) {
 }
 
 TEST_F(X11WorkspaceTest, TheFileManagerIsStartedInItsBackgroundModeToPlayTheFinderOnce) {
-    // The file manager keeps one instance per user, found through a socket
-    // in the runtime folder: a private folder keeps other desktops' file
-    // managers out of this test.
-    const auto runtime = tree.root() / "runtime";
-    std::filesystem::create_directories(runtime);
-    testsupport::ScopedEnvironment environment;
-    environment.set("XDG_RUNTIME_DIR", runtime.string());
-    install("pcmanfm.desktop", "File Manager PCManFM", "pcmanfm %U", "MimeType=inode/directory;\n");
+    installFileManagerOfItsOwn();
     openDesktop();
-    const auto finders = [&] {
-        std::vector<RunningApplicationRef> found;
-        for (const auto& app : workspace().runningApplications()) {
-            if (app->bundleIdentifier() == "com.apple.finder")
-                found.push_back(app);
-        }
-        return found;
-    };
     ASSERT_EQ(finders().size(), 1u);
     const pid_t pid = finders().front()->processIdentifier();
     startedGroups.push_back(pid);
     // Just started, the process may not have its arguments in place yet.
     EXPECT_TRUE(eventually([&] {
         return platform::xdg::ProcessInfo::read(pid).commandLine ==
-               std::vector<std::string>{"pcmanfm", "--daemon-mode"};
+               std::vector<std::string>{platform::xdg::findExecutable("pcmanfm")->string(),
+                                        "--daemon-mode"};
     }));
 
     // Running already, it is found and not started again.
@@ -215,6 +225,27 @@ TEST_F(X11WorkspaceTest, TheFileManagerIsStartedInItsBackgroundModeToPlayTheFind
     openDesktop();
     ASSERT_EQ(finders().size(), 1u);
     EXPECT_EQ(finders().front()->processIdentifier(), pid);
+}
+
+TEST_F(X11WorkspaceTest, TheFileManagerStartedIsStartedAgainWhenItEnds) {
+    installFileManagerOfItsOwn();
+    openDesktop();
+    recordLaunchesAndTerminations();
+    ASSERT_EQ(finders().size(), 1u);
+    const auto first = finders().front();
+    startedGroups.push_back(first->processIdentifier());
+
+    ::kill(first->processIdentifier(), SIGKILL);
+    ASSERT_TRUE(
+        eventually([&] { return !concerning(terminated, first->processIdentifier()).empty(); }));
+    EXPECT_TRUE(finders().empty());
+    loop.advance(1);  // the pause before starting it again
+    ASSERT_TRUE(eventually([&] { return finders().size() == 1 && finders().front() != first; }))
+        << "not started again";
+    const auto second = finders().front();
+    startedGroups.push_back(second->processIdentifier());
+    EXPECT_EQ(concerning(terminated, first->processIdentifier()).size(), 1u);
+    EXPECT_EQ(concerning(launched, second->processIdentifier()).size(), 1u);
 }
 
 }  // namespace

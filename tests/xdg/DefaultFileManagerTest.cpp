@@ -2,6 +2,8 @@
 #include <gtest/gtest.h>
 
 #include "platform/xdg/DefaultFileManager.h"
+#include "support/ScopedEnvironment.h"
+#include "support/StandardOutput.h"
 #include "xdg/DesktopEntryTestTree.h"
 
 namespace platform::xdg {
@@ -12,9 +14,14 @@ using ::testing::ElementsAre;
 
 class DefaultFileManagerTest : public ::testing::Test {
   protected:
+    // The programs the entries start are installed in a folder of the
+    // tree's on the search path: only a file manager that can start counts.
     DefaultFileManagerTest() {
+        for (const char* program : {"pcmanfm", "nautilus", "thunar", "code"})
+            installProgram(program);
+        environment.set("PATH", "relative/bin:" + (tree.root() / "bin").string() + ":");
         const std::string system = DesktopEntryTestTree::system;
-        tree.writeApplication(system + "pcmanfm.desktop", "PCManFM", "/usr/bin/pcmanfm %U",
+        tree.writeApplication(system + "pcmanfm.desktop", "PCManFM", "pcmanfm %U",
                               "MimeType=inode/directory;\n");
         tree.writeApplication(system + "nautilus.desktop", "Files", "nautilus --new-window %U",
                               "MimeType=inode/directory;\n");
@@ -31,11 +38,19 @@ class DefaultFileManagerTest : public ::testing::Test {
         return fileManager ? fileManager->entry().id : "(none)";
     }
 
+    std::filesystem::path installProgram(const std::string& name,
+                                         const std::string& folder = "bin/") {
+        const auto program = tree.write(folder + name, "#!/bin/sh\n");
+        std::filesystem::permissions(program, std::filesystem::perms::owner_all);
+        return program;
+    }
+
     void writeDefaults(const std::string& relative, const std::string& ids) {
         tree.write(relative, "[Default Applications]\ninode/directory=" + ids + "\n");
     }
 
     DesktopEntryTestTree tree;
+    testsupport::ScopedEnvironment environment;
     std::vector<std::string> currentDesktops;
 };
 
@@ -66,8 +81,64 @@ TEST_F(DefaultFileManagerTest, WithoutDefaultsAddedThenDeclaredAssociationsCount
     EXPECT_EQ(defaultId(), "thunar.desktop");
 
     DesktopEntryTestTree empty;
+    quillbox::CapturedOutput output;
     EXPECT_FALSE(DefaultFileManager::find(DesktopEntryIndex(empty.directories(), {})))
         << "no application opens folders";
+    EXPECT_THAT(output.lines(),
+                ElementsAre("No file manager is installed: no application opens folders."));
+}
+
+// Each of these used to be chosen, and then nothing could play the Finder.
+TEST_F(DefaultFileManagerTest, OnlyAFileManagerThatCanStartIsChosenAndOtherwiseAllAreNamed) {
+    const std::string system = DesktopEntryTestTree::system;
+    const std::pair<const char*, const char*> broken[] = {
+        {"removed.desktop", "Exec=removed-file-manager %U\n"},
+        {"empty.desktop", "Exec=\n"},
+        {"fieldcode.desktop", "Exec=%U\n"},
+        {"quoting.desktop", "Exec=\"pcmanfm %U\n"},
+        {"relative.desktop", "Exec=bin/pcmanfm\n"},
+        {"hidden-path.desktop", "Exec=only-in-working-directory\n"},
+        {"tryexec.desktop", "Exec=pcmanfm\nTryExec=gone-helper\n"},
+    };
+    std::string ids;
+    for (const auto& [file, exec] : broken) {
+        tree.write(system + file, std::string("[Desktop Entry]\nType=Application\nName=Broken\n") +
+                                      exec + "MimeType=inode/directory;\n");
+        ids += std::string(file) + ";";
+    }
+    installProgram("only-in-working-directory", "relative/bin/");
+    // From within the tree, relative paths would find the programs.
+    struct WorkingDirectory {
+        std::filesystem::path previous = std::filesystem::current_path();
+        ~WorkingDirectory() { std::filesystem::current_path(previous); }
+    } restored;
+    std::filesystem::current_path(tree.root());
+    writeDefaults("home/.config/mimeapps.list", ids + "thunar.desktop;");
+    quillbox::CapturedOutput output;
+    EXPECT_EQ(defaultId(), "thunar.desktop");
+    EXPECT_TRUE(output.lines().empty());
+
+    for (const char* program : {"pcmanfm", "nautilus", "thunar", "code"})
+        std::filesystem::remove(tree.root() / "bin" / program);
+    EXPECT_EQ(defaultId(), "(none)");
+    ASSERT_EQ(output.lines().size(), 1u);
+    EXPECT_EQ(output.lines()[0],
+              "No file manager can start; tried removed.desktop (program removed-file-manager not "
+              "found), empty.desktop (no usable Exec), fieldcode.desktop (no usable Exec), "
+              "quoting.desktop (no usable Exec), relative.desktop (program bin/pcmanfm not found), "
+              "hidden-path.desktop (program only-in-working-directory not found), "
+              "tryexec.desktop (TryExec program gone-helper not found), thunar.desktop (program "
+              "thunar not found), code.desktop (program code not found), nautilus.desktop "
+              "(program nautilus not found), pcmanfm.desktop (program pcmanfm not found).");
+}
+
+TEST_F(DefaultFileManagerTest, StartsTheProgramFoundWhenChosen) {
+    writeDefaults("home/.config/mimeapps.list", "pcmanfm.desktop");
+    const DesktopEntryIndex index(tree.directories(), DesktopEntryLocale());
+    const auto fileManager = DefaultFileManager::find(index);
+    ASSERT_TRUE(fileManager);
+    EXPECT_THAT(fileManager->backgroundCommandLine(),
+                ElementsAre((tree.root() / "bin/pcmanfm").string(), "--daemon-mode"));
 }
 
 TEST_F(DefaultFileManagerTest, ListFilesGoFromTheUserToTheSystem) {

@@ -1,5 +1,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <pwd.h>
+#include <unistd.h>
 
 #include <map>
 
@@ -185,6 +187,20 @@ TEST(DesktopEntryDirectoriesTest, UsesTheStandardDefaultsAndIgnoresRelativePaths
     environment = {{"HOME", "/home/bo"}};
     EXPECT_THAT(DesktopEntryDirectories::fromEnvironment(lookupIn(environment)).dataDirs,
                 ElementsAre("/usr/local/share", "/usr/share"));
+}
+
+// Without a usable HOME, the user's folders would otherwise be read relative
+// to the working directory, where anyone may have left a crafted entry.
+TEST(DesktopEntryDirectoriesTest, AMissingOrRelativeHomeGivesTheAccountsHome) {
+    const passwd* user = ::getpwuid(::getuid());
+    ASSERT_TRUE(user && user->pw_dir);
+    const std::filesystem::path accountHome = user->pw_dir;
+    for (Environment environment : {Environment{}, Environment{{"HOME", ""}},
+                                    Environment{{"HOME", "."}, {"XDG_DATA_HOME", ".local"}}}) {
+        const auto directories = DesktopEntryDirectories::fromEnvironment(lookupIn(environment));
+        EXPECT_EQ(directories.dataHome, accountHome / ".local/share");
+        EXPECT_EQ(directories.configHome, accountHome / ".config");
+    }
 }
 
 }  // namespace

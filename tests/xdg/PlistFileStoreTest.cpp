@@ -16,7 +16,7 @@
 #include "platform/xdg/PlistFileStore.h"
 #include "support/ScopedEnvironment.h"
 #include "support/StandardOutput.h"
-#include "xdg/DesktopEntryTestTree.h"
+#include "xdg/PlistFileStoreFixture.h"
 
 using platform::PropertyList;
 using platform::PropertyListCodec;
@@ -24,31 +24,9 @@ using platform::sim::SimMainLoop;
 using platform::xdg::PlistFileStore;
 namespace fs = std::filesystem;
 
+using platform::xdg::fixtures::PlistFileStoreTest;
+
 namespace {
-
-class PlistFileStoreTest : public ::testing::Test {
-  protected:
-    // Puts a whole new file in place the way other programs save: write
-    // beside, rename over.
-    void replaceFromOutside(const PropertyList::Dictionary& values) {
-        const auto bytes = PropertyListCodec::encodeBinary(values);
-        const fs::path beside = path.string() + ".new";
-        tree.write(beside, std::string(bytes.begin(), bytes.end()));
-        fs::rename(beside, path);
-    }
-    std::vector<fs::path> damagedFiles() const {
-        std::vector<fs::path> found;
-        for (const auto& entry : fs::directory_iterator(path.parent_path())) {
-            if (entry.path().filename().string().find(".damaged-") != std::string::npos)
-                found.push_back(entry.path());
-        }
-        return found;
-    }
-
-    platform::xdg::fixtures::DesktopEntryTestTree tree;
-    fs::path path = tree.root() / "tarnwick" / "org.example.Tarnwick.plist";
-    SimMainLoop loop;
-};
 
 PropertyList::Dictionary everyKind() {
     using namespace std::chrono;

@@ -193,6 +193,16 @@ bool readX11WindowOrigin(X11Connection& connection, xcb_window_t window, X11Wind
     return applyOrigin(reply.get(), state);
 }
 
+bool readX11WindowSize(X11Connection& connection, xcb_window_t window, X11WindowState& state) {
+    auto* c = connection.connection();
+    auto geometry = awaitReply(c, xcb_get_geometry_reply, xcb_get_geometry(c, window));
+    if (!geometry)
+        return false;
+    state.width = geometry->width;
+    state.height = geometry->height;
+    return true;
+}
+
 X11WindowFetch::X11WindowFetch(X11Connection& connection, xcb_window_t window, bool askOwner)
     : connection_(&connection), window_(window), askOwner_(askOwner) {
     auto* c = connection.connection();

@@ -32,6 +32,8 @@ bool readX11WindowProperty(X11Connection& connection, xcb_window_t window,
 // Reads the client area's place in root coordinates. False when the window
 // is gone.
 bool readX11WindowOrigin(X11Connection& connection, xcb_window_t window, X11WindowState& state);
+// Reads the client area's size. False when the window is gone.
+bool readX11WindowSize(X11Connection& connection, xcb_window_t window, X11WindowState& state);
 
 // Reads a window's whole state in one batch: every request goes out before
 // the first reply is awaited, so that loading many windows costs one round

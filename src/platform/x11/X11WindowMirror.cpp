@@ -73,20 +73,24 @@ void X11WindowMirror::load() {
     updateMainWindows(false);
 }
 
+// Any client may send any event to any window, so a sent event never
+// changes the mirror by what it says: sent property and destroy
+// notifications are dropped, and a sent configure notification (which the
+// window manager sends when it moves a window in its frame) only prompts a
+// look at where the window really is.
 void X11WindowMirror::handleEvent(const xcb_generic_event_t& event) {
-    const bool synthetic = event.response_type & 0x80;
+    const bool sent = event.response_type & 0x80;
     switch (event.response_type & 0x7F) {
         case XCB_PROPERTY_NOTIFY:
-            handlePropertyChange(reinterpret_cast<const xcb_property_notify_event_t&>(event));
+            if (!sent)
+                handlePropertyChange(reinterpret_cast<const xcb_property_notify_event_t&>(event));
             break;
         case XCB_CONFIGURE_NOTIFY:
-            // Real notifications give the place inside the frame; only the
-            // window manager's own, sent ones are in root coordinates.
-            handleConfigure(reinterpret_cast<const xcb_configure_notify_event_t&>(event),
-                            synthetic);
+            handleConfigure(reinterpret_cast<const xcb_configure_notify_event_t&>(event), sent);
             break;
         case XCB_DESTROY_NOTIFY:
-            handleDestroy(reinterpret_cast<const xcb_destroy_notify_event_t&>(event).window);
+            if (!sent)
+                handleDestroy(reinterpret_cast<const xcb_destroy_notify_event_t&>(event).window);
             break;
         default:
             break;
@@ -201,10 +205,10 @@ void X11WindowMirror::handleRootProperty(xcb_atom_t atom) {
     updateMainWindows(true);
 }
 
-void X11WindowMirror::handleConfigure(const xcb_configure_notify_event_t& event,
-                                      bool inRootCoordinates) {
+void X11WindowMirror::handleConfigure(const xcb_configure_notify_event_t& event, bool sent) {
     if (event.window == connection_.root()) {
-        screenHeight_ = event.height;
+        if (!sent)
+            screenHeight_ = event.height;
         return;
     }
     auto it = windows_.find(event.window);
@@ -212,12 +216,15 @@ void X11WindowMirror::handleConfigure(const xcb_configure_notify_event_t& event,
         return;
     X11WindowState& state = it->second;
     const X11WindowState before = state;
-    state.width = event.width;
-    state.height = event.height;
-    if (inRootCoordinates) {
-        state.x = event.x + event.border_width;
-        state.y = event.y + event.border_width;
-    } else if (!readX11WindowOrigin(connection_, event.window, state)) {
+    if (!sent) {
+        state.width = event.width;
+        state.height = event.height;
+    }
+    // Real notifications give the place inside the frame: the place on the
+    // screen, like everything a sent one claims, is asked of the server.
+    const bool placed = (!sent || readX11WindowSize(connection_, event.window, state)) &&
+                        readX11WindowOrigin(connection_, event.window, state);
+    if (!placed) {
         forget(event.window, true);
         updateMainWindows(true);
         return;

@@ -100,7 +100,7 @@ class X11WindowMirror {
   private:
     void handlePropertyChange(const xcb_property_notify_event_t& event);
     void handleRootProperty(xcb_atom_t atom);
-    void handleConfigure(const xcb_configure_notify_event_t& event, bool inRootCoordinates);
+    void handleConfigure(const xcb_configure_notify_event_t& event, bool sent);
     void handleDestroy(xcb_window_t window);
 
     std::optional<std::vector<xcb_window_t>> readRootWindows(xcb_atom_t atom);

@@ -35,6 +35,8 @@ X11Workspace::X11Workspace(Parts parts)
 }
 
 X11Workspace::~X11Workspace() {
+    if (fileManagerRestart_)
+        loop_.cancel(fileManagerRestart_);
     input_.removeEventHandler(inputHandler_);
     accessibility_.removeWindowListener(*this);
 }
@@ -57,22 +59,6 @@ void X11Workspace::addRunningAtStart() {
                 pid, identities_.identityOf(pid, windowClassOf(pid))));
         }
     }
-}
-
-void X11Workspace::startFileManagerIfNeeded() {
-    const auto* fileManager = identities_.fileManager();
-    if (!fileManager)
-        return;
-    const auto finder = identities_.finderIdentity();
-    const bool running = std::any_of(running_.begin(), running_.end(), [&](const auto& app) {
-        return app->bundleIdentifier() == finder->bundleIdentifier;
-    });
-    if (running)
-        return;
-    const auto started = launcher_.spawn(fileManager->backgroundCommandLine(), {{}, true});
-    // Already running before anyone could listen: no launch to announce.
-    if (started)
-        add(std::make_shared<xdg::XdgRunningApplication>(started.pid, *finder));
 }
 
 std::vector<RunningApplicationRef> X11Workspace::runningApplications() const {
@@ -114,6 +100,8 @@ void X11Workspace::terminated(const Application& application) {
     }
     post(WorkspaceNotification::didTerminateApplication, application);
     updateFrontmost();
+    if (application->processIdentifier() == startedFileManager_)
+        restartFileManagerSoon();
 }
 
 void X11Workspace::windowJoined(xcb_window_t window, pid_t pid) {

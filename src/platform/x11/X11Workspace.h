@@ -73,7 +73,11 @@ class X11Workspace final : public Workspace, private X11WindowMirrorListener {
     using Application = std::shared_ptr<xdg::XdgRunningApplication>;
 
     void addRunningAtStart();
+    // The file manager plays the Finder, which is always there: when none
+    // runs at start one is started, and the one started is started again
+    // whenever it ends, after a pause that grows while it keeps ending soon.
     void startFileManagerIfNeeded();
+    void restartFileManagerSoon();
     Application find(pid_t pid) const;
     void add(const Application& application);
     void terminated(const Application& application);
@@ -112,6 +116,10 @@ class X11Workspace final : public Workspace, private X11WindowMirrorListener {
     std::uint64_t lastFrontmostObserverId_ = 0;
     std::map<std::uint64_t, FrontmostHandler> frontmostObservers_;
     Token inputHandler_;
+    pid_t startedFileManager_ = 0;
+    double startedFileManagerAt_ = 0;
+    double fileManagerRestartPause_ = 0;
+    Token fileManagerRestart_;
     // Lets tasks posted to the loop know whether this object still exists.
     std::shared_ptr<bool> alive_ = std::make_shared<bool>(true);
 };

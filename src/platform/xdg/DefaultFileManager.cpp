@@ -4,6 +4,8 @@
 #include <string_view>
 
 #include "platform/xdg/DesktopEntryExec.h"
+#include "platform/xdg/DesktopEntryStartability.h"
+#include "support/StandardOutput.h"
 
 namespace platform::xdg {
 
@@ -32,16 +34,25 @@ const std::filesystem::path& DefaultFileManager::finderBundlePath() {
 
 std::optional<DefaultFileManager> DefaultFileManager::find(const DesktopEntryIndex& index,
                                                            const MimeApps& mimeApps) {
-    const auto* entry = mimeApps.defaultApplication(contentType, index);
-    if (!entry)
-        return std::nullopt;
-    return DefaultFileManager(*entry);
+    std::string tried;
+    for (const auto* entry : mimeApps.applicationsFor(contentType, index)) {
+        auto startability = DesktopEntryStartability::of(*entry);
+        if (startability.program)
+            return DefaultFileManager(*entry, std::move(startability.program));
+        tried += (tried.empty() ? "" : ", ") + entry->id + " (" + startability.problem + ")";
+    }
+    quillbox::printLine(tried.empty()
+                            ? "No file manager is installed: no application opens folders."
+                            : "No file manager can start; tried " + tried + ".");
+    return std::nullopt;
 }
 
 std::vector<std::string> DefaultFileManager::backgroundCommandLine() const {
     auto commandLine = desktopEntryCommandLine(entry_.exec);
     if (commandLine.empty())
         return commandLine;
+    if (program_)
+        commandLine.front() = program_->string();
     const auto program = std::filesystem::path(commandLine.front()).filename().string();
     for (const auto& mode : backgroundModes) {
         if (program == mode.program)

@@ -22,25 +22,31 @@ class DefaultFileManager {
     static constexpr const char* finderBundleIdentifier = "com.apple.finder";
     static const std::filesystem::path& finderBundlePath();
 
-    // The handler of folders in the mime-apps lists, else the first
-    // installed application that declares it opens folders. Nothing when no
-    // file manager is installed.
+    // The first handler of folders that can really start, in the order of
+    // the mime-apps lists (the default first), then the installed
+    // applications that declare they open folders. Nothing, after a line
+    // naming the ones tried and why each can't start, when none can.
     static std::optional<DefaultFileManager> find(const DesktopEntryIndex& index,
                                                   const MimeApps& mimeApps);
     static std::optional<DefaultFileManager> find(const DesktopEntryIndex& index) {
         return find(index, MimeApps(index.directories()));
     }
 
-    explicit DefaultFileManager(DesktopEntry entry) : entry_(std::move(entry)) {}
+    explicit DefaultFileManager(DesktopEntry entry,
+                                std::optional<std::filesystem::path> program = std::nullopt)
+        : entry_(std::move(entry)), program_(std::move(program)) {}
 
     const DesktopEntry& entry() const { return entry_; }
     // The command that starts the file manager without opening a window,
     // for the file managers that have such a mode; otherwise its ordinary
     // command, without the field codes. Empty when the entry has no Exec.
+    // The program is the executable found when the file manager was chosen,
+    // so that starting it searches nothing again.
     std::vector<std::string> backgroundCommandLine() const;
 
   private:
     DesktopEntry entry_;
+    std::optional<std::filesystem::path> program_;
 };
 
 }  // namespace platform::xdg

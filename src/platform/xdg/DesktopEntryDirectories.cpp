@@ -1,5 +1,8 @@
 #include "platform/xdg/DesktopEntryDirectories.h"
 
+#include <pwd.h>
+#include <unistd.h>
+
 #include <string_view>
 
 namespace platform::xdg {
@@ -41,8 +44,18 @@ std::vector<std::filesystem::path> absolutePaths(const std::string& value,
 
 }  // namespace
 
+std::filesystem::path DesktopEntryDirectories::homeDirectory(const Environment& getenv) {
+    if (const std::filesystem::path home = environmentValue(getenv, "HOME"); home.is_absolute())
+        return home;
+    if (const passwd* user = ::getpwuid(::getuid()); user && user->pw_dir) {
+        if (const std::filesystem::path home = user->pw_dir; home.is_absolute())
+            return home;
+    }
+    return "/nonexistent";
+}
+
 DesktopEntryDirectories DesktopEntryDirectories::fromEnvironment(const Environment& getenv) {
-    const std::filesystem::path home = environmentValue(getenv, "HOME");
+    const std::filesystem::path home = homeDirectory(getenv);
     DesktopEntryDirectories directories;
     directories.dataHome =
         absoluteOr(environmentValue(getenv, "XDG_DATA_HOME"), home / ".local" / "share");

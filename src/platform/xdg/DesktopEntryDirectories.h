@@ -25,6 +25,11 @@ struct DesktopEntryDirectories {
     // unset or empty variables; relative paths are ignored, as they must be.
     static DesktopEntryDirectories fromEnvironment(const Environment& getenv = ::getenv);
 
+    // The user's home: $HOME when it is an absolute path, else the one the
+    // password database gives. Never relative, so that nothing is ever read
+    // from the working directory; /nonexistent when there is none at all.
+    static std::filesystem::path homeDirectory(const Environment& getenv = ::getenv);
+
     // The user's own applications directory.
     std::filesystem::path userApplicationsDirectory() const;
     // The system's applications directories: these play the part of

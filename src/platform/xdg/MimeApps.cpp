@@ -92,40 +92,44 @@ MimeApps::List MimeApps::parseList(std::string_view text) {
 
 const DesktopEntry* MimeApps::defaultApplication(std::string_view contentType,
                                                  const DesktopEntryIndex& index) const {
-    for (const auto& list : lists_) {
-        for (const auto& id : idsFor(list.defaults, contentType)) {
-            if (const auto* entry = installedApplication(index, id))
-                return entry;
-        }
-    }
-    return associatedApplication(contentType, index);
+    const auto applications = applicationsFor(contentType, index);
+    return applications.empty() ? nullptr : applications.front();
 }
 
-const DesktopEntry* MimeApps::associatedApplication(std::string_view contentType,
-                                                    const DesktopEntryIndex& index) const {
+std::vector<const DesktopEntry*> MimeApps::applicationsFor(std::string_view contentType,
+                                                           const DesktopEntryIndex& index) const {
+    std::vector<const DesktopEntry*> found;
+    const auto add = [&](const DesktopEntry* entry) {
+        if (entry && std::find(found.begin(), found.end(), entry) == found.end())
+            found.push_back(entry);
+    };
+    for (const auto& list : lists_) {
+        for (const auto& id : idsFor(list.defaults, contentType))
+            add(installedApplication(index, id));
+    }
     std::set<std::string, std::less<>> removed;
     for (const auto& list : lists_) {
         const auto& removedHere = idsFor(list.removed, contentType);
         removed.insert(removedHere.begin(), removedHere.end());
         for (const auto& id : idsFor(list.added, contentType)) {
-            if (removed.contains(id))
-                continue;
-            if (const auto* entry = installedApplication(index, id))
-                return entry;
+            if (!removed.contains(id))
+                add(installedApplication(index, id));
         }
     }
-    const DesktopEntry* firstUndisplayed = nullptr;
+    std::vector<const DesktopEntry*> undisplayed;
     for (const auto& entry : index.entries()) {
         if (entry.hidden || entry.type != DesktopEntry::Type::application)
             continue;
         if (!declares(entry, contentType) || removed.contains(entry.id))
             continue;
-        if (!entry.noDisplay)
-            return &entry;
-        if (!firstUndisplayed)
-            firstUndisplayed = &entry;
+        if (entry.noDisplay)
+            undisplayed.push_back(&entry);
+        else
+            add(&entry);
     }
-    return firstUndisplayed;
+    for (const auto* entry : undisplayed)
+        add(entry);
+    return found;
 }
 
 }  // namespace platform::xdg

@@ -42,11 +42,12 @@ class MimeApps {
     // from that level down. Null when nothing handles the type.
     const DesktopEntry* defaultApplication(std::string_view contentType,
                                            const DesktopEntryIndex& index) const;
+    // Every installed application for the content type, in the order above
+    // (the default first), each once: the ones to fall back on in turn.
+    std::vector<const DesktopEntry*> applicationsFor(std::string_view contentType,
+                                                     const DesktopEntryIndex& index) const;
 
   private:
-    const DesktopEntry* associatedApplication(std::string_view contentType,
-                                              const DesktopEntryIndex& index) const;
-
     std::vector<List> lists_;
 };
 

@@ -1,7 +1,6 @@
 #include "platform/xdg/PlistFileStore.h"
 
 #include <fcntl.h>
-#include <pwd.h>
 #include <sys/inotify.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -14,6 +13,7 @@
 
 #include "platform/PropertyListCodec.h"
 #include "platform/xdg/AtomicFile.h"
+#include "platform/xdg/DesktopEntryDirectories.h"
 #include "platform/xdg/FileDescriptor.h"
 #include "support/StandardOutput.h"
 
@@ -82,15 +82,8 @@ PlistFileStore::~PlistFileStore() {
 }
 
 fs::path PlistFileStore::defaultPath(const std::string& bundleIdentifier) {
-    fs::path configHome;
-    if (const char* xdg = std::getenv("XDG_CONFIG_HOME"); xdg && fs::path(xdg).is_absolute()) {
-        configHome = xdg;
-    } else if (const char* home = std::getenv("HOME"); home && *home) {
-        configHome = fs::path(home) / ".config";
-    } else if (const passwd* user = ::getpwuid(::getuid()); user && user->pw_dir) {
-        configHome = fs::path(user->pw_dir) / ".config";
-    }
-    return configHome / "tarnwick" / (bundleIdentifier + ".plist");
+    return DesktopEntryDirectories::fromEnvironment().configHome / "tarnwick" /
+           (bundleIdentifier + ".plist");
 }
 
 std::optional<PropertyList::Dictionary> PlistFileStore::parse(std::string_view bytes) {
@@ -114,9 +107,10 @@ std::optional<PlistFileStore::FileIdentity> PlistFileStore::identityOf(const fs:
 
 namespace {
 
-// What the file held: nothing (no file), a dictionary, or damage.
+// What the file held: nothing (no file), a dictionary, damage, or a file
+// that is there but that we may not read.
 struct FileContents {
-    enum class Kind { missing, values, damaged } kind;
+    enum class Kind { missing, values, damaged, unreadable } kind;
     PropertyList::Dictionary values;
     std::string damage;
     struct stat status {};
@@ -124,10 +118,20 @@ struct FileContents {
 
 FileContents readPreferencesFile(const fs::path& path) {
     FileContents contents{FileContents::Kind::damaged, {}, {}, {}};
-    FileDescriptor fd(::open(path.c_str(), O_RDONLY | O_CLOEXEC));
+    // Only a regular file is opened: opening a named pipe or a device could
+    // block or act. The check after opening covers a swap in between, and
+    // opening without blocking keeps even that from hanging.
+    struct stat before {};
+    if (::stat(path.c_str(), &before) == 0 && !S_ISREG(before.st_mode)) {
+        contents.damage = "not a regular file";
+        return contents;
+    }
+    FileDescriptor fd(::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
     if (!fd) {
         if (errno == ENOENT)
             contents.kind = FileContents::Kind::missing;
+        else if (errno == EACCES || errno == EPERM)
+            contents.kind = FileContents::Kind::unreadable;
         contents.damage = systemError(errno);
         return contents;
     }
@@ -148,6 +152,33 @@ FileContents readPreferencesFile(const fs::path& path) {
     return contents;
 }
 
+// Creates the missing folders down to `folder`, private to the user, as the
+// configuration home's conventions ask. The error of the first that can't
+// be made, if any.
+std::error_code createPrivateFolders(const fs::path& folder) {
+    fs::path made;
+    for (const auto& part : folder) {
+        made /= part;
+        if (::mkdir(made.c_str(), S_IRWXU) != 0 && errno != EEXIST)
+            return std::error_code(errno, std::generic_category());
+    }
+    return {};
+}
+
+// Where writes go: through a symbolic link to its target, so that a link
+// someone keeps (into a synced folder, say) stays a link.
+fs::path followLinks(const fs::path& path) {
+    fs::path target = path;
+    std::error_code error;
+    for (int hops = 0; hops < 40 && fs::is_symlink(target, error); ++hops) {
+        const auto link = fs::read_symlink(target, error);
+        if (error)
+            break;
+        target = link.is_absolute() ? link : target.parent_path() / link;
+    }
+    return target;
+}
+
 }  // namespace
 
 void PlistFileStore::loadAtStart() {
@@ -162,7 +193,16 @@ void PlistFileStore::loadAtStart() {
         case FileContents::Kind::damaged:
             moveDamagedFileAside(contents.damage, "started with empty preferences");
             break;
+        case FileContents::Kind::unreadable:
+            leaveUnreadableFile(contents.damage);
+            break;
     }
+}
+
+void PlistFileStore::leaveUnreadableFile(const std::string& reason) {
+    saving_ = false;
+    quillbox::printLine("Preferences file " + path_.string() + " can't be read (" + reason +
+                        "); left it as it is, and changes to preferences will not be saved.");
 }
 
 void PlistFileStore::moveDamagedFileAside(const std::string& reason, std::string_view outcome) {
@@ -181,8 +221,7 @@ void PlistFileStore::moveDamagedFileAside(const std::string& reason, std::string
 }
 
 void PlistFileStore::startWatching() {
-    std::error_code ignored;
-    fs::create_directories(path_.parent_path(), ignored);
+    createPrivateFolders(path_.parent_path());
     inotifyDescriptor_ = ::inotify_init1(IN_NONBLOCK | IN_CLOEXEC);
     if (inotifyDescriptor_ < 0)
         return;
@@ -225,17 +264,23 @@ void PlistFileStore::reloadAfterOutsideChange() {
         switch (contents.kind) {
             case FileContents::Kind::missing:
                 lastKnownFile_.reset();
+                saving_ = true;
                 changed = !values_.empty();
                 values_.clear();
                 break;
             case FileContents::Kind::values:
                 lastKnownFile_ = FileIdentity::of(contents.status);
+                saving_ = true;
                 changed = contents.values != values_;
                 values_ = std::move(contents.values);
                 break;
             case FileContents::Kind::damaged:
                 moveDamagedFileAside(contents.damage, "kept the preferences already loaded");
                 save();
+                break;
+            case FileContents::Kind::unreadable:
+                lastKnownFile_ = identityOf(path_);
+                leaveUnreadableFile(contents.damage);
                 break;
         }
     }
@@ -291,14 +336,16 @@ void PlistFileStore::save() {
     if (!saving_)
         return;
     const auto bytes = PropertyListCodec::encodeBinary(PropertyList(values_));
-    const fs::path folder = path_.parent_path();
-    std::error_code ignored;
-    if (fs::create_directories(folder, ignored)) {
-        fs::permissions(folder, fs::perms::owner_all, ignored);
+    const fs::path target = followLinks(path_);
+    const fs::path folder = target.parent_path();
+    if (const auto error = createPrivateFolders(folder)) {
+        quillbox::printLine("Could not save preferences to " + path_.string() + ": " +
+                            error.message());
+        return;
     }
     struct stat status {};
     const auto error = writeFileAtomically(
-        path_, std::string_view(reinterpret_cast<const char*>(bytes.data()), bytes.size()),
+        target, std::string_view(reinterpret_cast<const char*>(bytes.data()), bytes.size()),
         S_IRUSR | S_IWUSR, &status);
     if (!error.empty()) {
         quillbox::printLine("Could not save preferences to " + path_.string() + ": " + error);

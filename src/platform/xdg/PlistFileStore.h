@@ -22,8 +22,10 @@ namespace platform::xdg {
 // file in the same folder, synced, renamed into place), readable by the user
 // only. The folder is watched with inotify on the main loop, so a change
 // another process makes is read back and announced; our own writes are
-// recognised and don't count as outside changes. A file that can't be read
-// is moved aside with one printed line, never overwritten. Thread-safe, as
+// recognised and don't count as outside changes. A file that isn't a
+// property list (damaged, nested too deep, not a regular file) is moved aside
+// with one printed line, never overwritten; one we may not read is left
+// alone, with a line. Writes go through a symbolic link to its target. Thread-safe, as
 // far as the loop's post() is: our own changes are announced through it.
 class PlistFileStore final : public PreferencesStore {
   public:
@@ -67,6 +69,9 @@ class PlistFileStore final : public PreferencesStore {
     void reloadAfterOutsideChange();
     // Keeps the damaged file beside the real one and says so in one line.
     void moveDamagedFileAside(const std::string& reason, std::string_view outcome);
+    // Leaves a file we may not read where it is, says so, and stops saving
+    // so as not to replace it.
+    void leaveUnreadableFile(const std::string& reason);
     void save();
     void announceChangeLater();
     static std::optional<FileIdentity> identityOf(const std::filesystem::path& path);

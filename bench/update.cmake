@@ -1,0 +1,1 @@
+tarnwick_benchmark(UpdaterBenchmarks LIBS platform_update)

@@ -1,0 +1,3 @@
+# The update feed reader: any bytes from the network must read as a feed or
+# as damage, never crash.
+tarnwick_fuzzer(AppcastFuzzer LIBS platform_update platform)

@@ -1,0 +1,237 @@
+#include "platform/update/Transfer.h"
+
+#include <curl/curl.h>
+
+#include <atomic>
+#include <cctype>
+#include <chrono>
+#include <mutex>
+#include <optional>
+
+namespace platform::update {
+
+struct Transfer::State {
+    MainLoopMailbox* mailbox = nullptr;
+    std::string url;
+    TransferLimits limits;
+    Progress progress;
+    Completion completion;
+    // Set on the main loop; read by the thread to stop, and by the
+    // deliveries to stay silent.
+    std::atomic<bool> cancelled{false};
+
+    // The thread's own.
+    std::string body;
+    bool overLimit = false;
+    std::chrono::steady_clock::time_point lastReport{};
+};
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+constexpr auto progressInterval = std::chrono::milliseconds(100);
+
+void initialiseOnce() {
+    static std::once_flag once;
+    std::call_once(once, [] { curl_global_init(CURL_GLOBAL_DEFAULT); });
+}
+
+std::string lowercase(std::string text) {
+    for (auto& c : text)
+        c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+    return text;
+}
+
+bool isLoopbackHost(const std::string& host) {
+    const auto name = lowercase(host);
+    return name == "localhost" || name == "[::1]" || name.starts_with("127.");
+}
+
+struct UrlParts {
+    std::string scheme;
+    std::string host;
+};
+
+std::optional<UrlParts> partsOf(const std::string& url) {
+    CURLU* handle = curl_url();
+    std::optional<UrlParts> parts;
+    char* scheme = nullptr;
+    char* host = nullptr;
+    if (curl_url_set(handle, CURLUPART_URL, url.c_str(), 0) == CURLUE_OK &&
+        curl_url_get(handle, CURLUPART_SCHEME, &scheme, 0) == CURLUE_OK &&
+        curl_url_get(handle, CURLUPART_HOST, &host, 0) == CURLUE_OK) {
+        parts = UrlParts{lowercase(scheme), host};
+    }
+    curl_free(scheme);
+    curl_free(host);
+    curl_url_cleanup(handle);
+    return parts;
+}
+
+bool isLoopbackHttp(const std::string& url) {
+    const auto parts = partsOf(url);
+    return parts && parts->scheme == "http" && isLoopbackHost(parts->host);
+}
+
+using SharedState = std::shared_ptr<Transfer::State>;
+
+// The callbacks' context is the thread's shared hold on the state, so that
+// what they post keeps the state alive.
+Transfer::State& stateOf(void* context) {
+    return **static_cast<SharedState*>(context);
+}
+
+std::size_t receive(char* data, std::size_t size, std::size_t count, void* context) {
+    auto& state = stateOf(context);
+    const auto bytes = size * count;
+    if (state.body.size() + bytes > state.limits.maximumBytes) {
+        state.overLimit = true;
+        return 0;
+    }
+    state.body.append(data, bytes);
+    return bytes;
+}
+
+int reportProgress(void* context, curl_off_t expected, curl_off_t received, curl_off_t,
+                   curl_off_t) {
+    const auto& shared = *static_cast<SharedState*>(context);
+    auto& state = *shared;
+    if (state.cancelled)
+        return 1;
+    const auto now = Clock::now();
+    if (!state.progress || now - state.lastReport < progressInterval)
+        return 0;
+    state.lastReport = now;
+    state.mailbox->post([shared, received, expected] {
+        if (!shared->cancelled)
+            shared->progress(static_cast<std::uint64_t>(received),
+                             static_cast<std::uint64_t>(expected));
+    });
+    return 0;
+}
+
+TransferFailure failureOf(CURLcode code, const Transfer::State& state) {
+    switch (code) {
+        case CURLE_OK:
+            return TransferFailure::none;
+        case CURLE_ABORTED_BY_CALLBACK:
+            return TransferFailure::cancelled;
+        case CURLE_UNSUPPORTED_PROTOCOL:
+            return TransferFailure::insecureAddress;
+        case CURLE_PEER_FAILED_VERIFICATION:
+        case CURLE_SSL_CONNECT_ERROR:
+        case CURLE_SSL_CERTPROBLEM:
+        case CURLE_SSL_CACERT_BADFILE:
+            return TransferFailure::untrustedServer;
+        case CURLE_COULDNT_RESOLVE_HOST:
+        case CURLE_COULDNT_RESOLVE_PROXY:
+        case CURLE_COULDNT_CONNECT:
+            return TransferFailure::unreachable;
+        case CURLE_OPERATION_TIMEDOUT:
+            return TransferFailure::stalled;
+        case CURLE_RECV_ERROR:
+        case CURLE_SEND_ERROR:
+        case CURLE_PARTIAL_FILE:
+        case CURLE_GOT_NOTHING:
+            return TransferFailure::connectionLost;
+        case CURLE_FILESIZE_EXCEEDED:
+            return TransferFailure::tooLarge;
+        case CURLE_WRITE_ERROR:
+            return state.overLimit ? TransferFailure::tooLarge : TransferFailure::other;
+        case CURLE_HTTP_RETURNED_ERROR:
+            return TransferFailure::httpError;
+        case CURLE_TOO_MANY_REDIRECTS:
+            return TransferFailure::tooManyRedirects;
+        default:
+            return TransferFailure::other;
+    }
+}
+
+void configure(CURL* curl, SharedState& shared) {
+    auto& state = *shared;
+    const bool loopback = isLoopbackHttp(state.url);
+    curl_easy_setopt(curl, CURLOPT_URL, state.url.c_str());
+    curl_easy_setopt(curl, CURLOPT_NOSIGNAL, 1L);
+    curl_easy_setopt(curl, CURLOPT_PROTOCOLS_STR, loopback ? "http" : "https");
+    curl_easy_setopt(curl, CURLOPT_REDIR_PROTOCOLS_STR, loopback ? "http,https" : "https");
+    curl_easy_setopt(curl, CURLOPT_SSL_VERIFYPEER, 1L);
+    curl_easy_setopt(curl, CURLOPT_SSL_VERIFYHOST, 2L);
+    curl_easy_setopt(curl, CURLOPT_FOLLOWLOCATION, 1L);
+    curl_easy_setopt(curl, CURLOPT_MAXREDIRS, state.limits.maximumRedirects);
+    curl_easy_setopt(curl, CURLOPT_CONNECTTIMEOUT, state.limits.connectTimeoutSeconds);
+    curl_easy_setopt(curl, CURLOPT_LOW_SPEED_LIMIT, 1L);
+    curl_easy_setopt(curl, CURLOPT_LOW_SPEED_TIME, state.limits.stallSeconds);
+    curl_easy_setopt(curl, CURLOPT_MAXFILESIZE_LARGE,
+                     static_cast<curl_off_t>(state.limits.maximumBytes));
+    curl_easy_setopt(curl, CURLOPT_FAILONERROR, 1L);
+    curl_easy_setopt(curl, CURLOPT_USERAGENT, "Tarnwick updater");
+    curl_easy_setopt(curl, CURLOPT_WRITEFUNCTION, receive);
+    curl_easy_setopt(curl, CURLOPT_WRITEDATA, &shared);
+    curl_easy_setopt(curl, CURLOPT_NOPROGRESS, 0L);
+    curl_easy_setopt(curl, CURLOPT_XFERINFOFUNCTION, reportProgress);
+    curl_easy_setopt(curl, CURLOPT_XFERINFODATA, &shared);
+}
+
+TransferResult run(SharedState& shared) {
+    auto& state = *shared;
+    TransferResult result;
+    if (!isPermittedAddress(state.url)) {
+        result.failure = TransferFailure::insecureAddress;
+        return result;
+    }
+    CURL* curl = curl_easy_init();
+    if (!curl) {
+        result.failure = TransferFailure::other;
+        return result;
+    }
+    char errorText[CURL_ERROR_SIZE] = {};
+    curl_easy_setopt(curl, CURLOPT_ERRORBUFFER, errorText);
+    configure(curl, shared);
+    const auto code = curl_easy_perform(curl);
+    curl_easy_getinfo(curl, CURLINFO_RESPONSE_CODE, &result.httpStatus);
+    curl_easy_cleanup(curl);
+    result.failure = failureOf(code, state);
+    result.detail = errorText[0] ? errorText : curl_easy_strerror(code);
+    if (result.failure == TransferFailure::none)
+        result.body = std::move(state.body);
+    return result;
+}
+
+}  // namespace
+
+bool isPermittedAddress(const std::string& url) {
+    const auto parts = partsOf(url);
+    if (!parts)
+        return false;
+    return parts->scheme == "https" || (parts->scheme == "http" && isLoopbackHost(parts->host));
+}
+
+Transfer::Transfer(MainLoopMailbox& mailbox, std::string url, TransferLimits limits,
+                   Progress progress, Completion completion)
+    : state_(std::make_shared<State>()) {
+    state_->mailbox = &mailbox;
+    state_->url = std::move(url);
+    state_->limits = limits;
+    state_->progress = std::move(progress);
+    state_->completion = std::move(completion);
+    initialiseOnce();
+    thread_ = std::thread([state = state_]() mutable {
+        auto result = run(state);
+        state->mailbox->post([state, result = std::move(result)]() mutable {
+            if (!state->cancelled)
+                state->completion(std::move(result));
+        });
+    });
+}
+
+Transfer::~Transfer() {
+    cancel();
+    if (thread_.joinable())
+        thread_.join();
+}
+
+void Transfer::cancel() {
+    state_->cancelled = true;
+}
+
+}  // namespace platform::update

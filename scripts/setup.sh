@@ -11,6 +11,8 @@ packages=(
   python3 librsvg2-bin
   # libraries
   qt6-base-dev libgl-dev libplist-dev libicu-dev libssl-dev nlohmann-json3-dev libsqlite3-dev
+  # Qt's SVG image plugin: most applications' icons in the icon themes are SVG
+  libqt6svg6
   libxcb1-dev libxcb-ewmh-dev libxcb-icccm4-dev libxcb-xinput-dev libxcb-res0-dev
   libxcb-xkb-dev libxcb-xtest0-dev libxcb-screensaver0-dev libxkbcommon-dev libxkbcommon-x11-dev
   libgtest-dev libgmock-dev libbenchmark-dev

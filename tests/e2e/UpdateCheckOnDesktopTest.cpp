@@ -4,7 +4,6 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
-#include <chrono>
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
@@ -13,11 +12,11 @@
 #include <optional>
 #include <sstream>
 #include <string>
-#include <thread>
 
 #include "AccessibilityBus.h"
 #include "DesktopDriver.h"
 #include "PreferenceFile.h"
+#include "ProgramMenus.h"
 #include "RunningProgram.h"
 #include "update/FeedText.h"
 #include "update/LoopbackServer.h"
@@ -87,34 +86,8 @@ class UpdateCheckOnDesktopTest : public ::testing::Test {
         desktop.movePointer(640, 400);
     }
 
-    // Opens the status item's menu of the program and picks "Check for
-    // Updates...", the second item, from the keyboard. The menu is known to
-    // be open when the server shows it.
-    void checkFromTheStatusMenu(pid_t program) {
-        // The tray host lays its icons out for a moment after taking ours in:
-        // the icon is clicked where it has settled.
-        std::optional<e2e::Geometry> icon;
-        ASSERT_TRUE(eventually(
-            [&] {
-                const auto before = desktop.trayIconOf("tarnwick");
-                std::this_thread::sleep_for(std::chrono::milliseconds(300));
-                icon = desktop.trayIconOf("tarnwick");
-                return before && icon && before->x == icon->x && before->y == icon->y &&
-                       before->width == icon->width;
-            },
-            20))
-            << "no icon of ours in the tray";
-        bool open = false;
-        for (int click = 0; click < 3 && !open; ++click) {
-            desktop.click(icon->centre());
-            // A busy machine may take a while to show it; a second click
-            // too early would close it again.
-            open = eventually([&] { return !desktop.popupsOf(program).empty(); }, 6);
-        }
-        ASSERT_TRUE(open) << "no menu showed";
-        for (const auto key : {e2e::downKey, e2e::downKey, e2e::returnKey})
-            desktop.tap(key);
-    }
+    // Picks "Check for Updates...", the second item of the status menu.
+    void checkFromTheStatusMenu(pid_t program) { e2e::chooseFromStatusMenu(desktop, program, 2); }
 
     // The program's dialogue that has a node of that role and name, once it
     // shows.

@@ -1,7 +1,10 @@
 #pragma once
 
+#include <filesystem>
 #include <map>
 #include <memory>
+#include <optional>
+#include <string>
 #include <vector>
 
 #include "platform/MainLoop.h"
@@ -26,6 +29,8 @@ class SimWorkspace final : public Workspace {
     Token addObserverForName(WorkspaceNotification name, NotificationHandler handler) override;
     void removeObserver(Token observer, WorkspaceNotification name) override;
     Subscription observeFrontmostApplication(bool initial, FrontmostHandler handler) override;
+    std::optional<std::filesystem::path> URLForApplicationWithBundleIdentifier(
+        const std::string& bundleIdentifier) const override;
 
     // Scripting. launch() and terminate() post their notification.
     std::shared_ptr<SimRunningApplication> launch(SimRunningApplication::Info info);
@@ -37,6 +42,9 @@ class SimWorkspace final : public Workspace {
     // This program's own entry; it is one of the running applications.
     void setCurrentApplication(std::shared_ptr<SimRunningApplication> app);
     std::shared_ptr<SimRunningApplication> ownEntry() const { return current_; }
+    // Installs an application at a location, or takes it away with none.
+    void setApplicationURL(const std::string& bundleIdentifier,
+                           std::optional<std::filesystem::path> location);
     // Posts a notification whose information lacks the application.
     void postNotificationWithoutApplication(WorkspaceNotification name);
 
@@ -52,6 +60,7 @@ class SimWorkspace final : public Workspace {
     std::shared_ptr<SimRunningApplication> current_;
     WorkspaceObservers observers_;
     std::map<std::uint64_t, FrontmostHandler> frontmostObservers_;
+    std::map<std::string, std::filesystem::path> installed_;
 };
 
 }  // namespace platform::sim

@@ -63,6 +63,11 @@ class X11Workspace final : public Workspace, private X11WindowMirrorListener {
     Token addObserverForName(WorkspaceNotification name, NotificationHandler handler) override;
     void removeObserver(Token observer, WorkspaceNotification name) override;
     Subscription observeFrontmostApplication(bool initial, FrontmostHandler handler) override;
+    // An installed application's bundle is its desktop entry; its icon is
+    // the entry's, found in the icon themes.
+    Image iconForFile(const std::filesystem::path& path) const override;
+    std::optional<std::filesystem::path> URLForApplicationWithBundleIdentifier(
+        const std::string& bundleIdentifier) const override;
 
   private:
     using Application = std::shared_ptr<xdg::XdgRunningApplication>;

@@ -4,30 +4,15 @@
 // placed), a key that doesn't match, and a mouse move that fades the panel.
 #include <benchmark/benchmark.h>
 
-#include "app/RootCoordinator.h"
-#include "platform/sim/SimDesktop.h"
+#include "SimSpine.h"
 #include "platform/sim/SimWindow.h"
-#include "settings/DefaultShortcutMigration.h"
-#include "support/DefaultsManager.h"
-#include "support/StandardOutput.h"
 
 namespace {
 
 namespace modifier = platform::modifier;
 namespace keycode = platform::keycode;
 
-struct Spine {
-    Spine() {
-        desktop.populateSampleApplications();
-        quillbox::DefaultsManager::clearMigrations();
-        tarnwick::runPreferenceMigrations();
-        root = tarnwick::RootCoordinator::make();
-    }
-    const quillbox::CapturedOutput quiet;
-    platform::sim::SimDesktop desktop;
-    const platform::ScopedInstall install{desktop.services()};
-    std::shared_ptr<tarnwick::RootCoordinator> root;
-};
+using Spine = benchsupport::SimSpine;
 
 void handleShortcutEventMatching(benchmark::State& state) {
     Spine spine;

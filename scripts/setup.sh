@@ -11,11 +11,15 @@ packages=(
   python3 librsvg2-bin
   # libraries
   qt6-base-dev libgl-dev libplist-dev libicu-dev libssl-dev nlohmann-json3-dev libsqlite3-dev
+  # Qt's SVG image plugin: most applications' icons in the icon themes are SVG
+  libqt6svg6
   libxcb1-dev libxcb-ewmh-dev libxcb-icccm4-dev libxcb-xinput-dev libxcb-res0-dev
   libxcb-xkb-dev libxcb-xtest0-dev libxcb-screensaver0-dev libxkbcommon-dev libxkbcommon-x11-dev
   libgtest-dev libgmock-dev libbenchmark-dev
   # the updater: feeds, transfers, signatures
   libcurl4-openssl-dev libpugixml-dev libsodium-dev
+  # making a release: its archive and signature
+  openssl
   # what the end-to-end tests read the desktop with: repaints, the accessibility bus
   libxcb-damage0-dev libatspi2.0-dev at-spi2-core dbus-daemon
   # a desktop to run on and test against

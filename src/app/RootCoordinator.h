@@ -19,6 +19,7 @@
 #include "platform/Subscription.h"
 #include "platform/Workspace.h"
 #include "services/UpdateController.h"
+#include "settings/SettingsCoordinatorDelegate.h"
 #include "tracking/AppsMonitor.h"
 
 namespace tarnwick {
@@ -29,7 +30,8 @@ namespace tarnwick {
 class RootCoordinator final : public CoordinatorProtocol,
                               public MenuBarManager::Coordinator,
                               public ListWindowView::ListRow::Coordinator,
-                              public PermissionRequestView::Coordinator {
+                              public PermissionRequestView::Coordinator,
+                              public SettingsCoordinatorDelegate {
   public:
     using WindowRef = ListWindowView::WindowRef;
     // The toolkit's drawing of the list window's content.
@@ -77,10 +79,15 @@ class RootCoordinator final : public CoordinatorProtocol,
     const CoordinatorProtocol::Ref& aboutCoordinator() const { return aboutCoordinator_; }
     MenuBarManager& menuManager() const;
     AppsMonitor& appsMonitor() const { return *appsMonitor_; }
+    const std::shared_ptr<InteractionController>& interactionController() const {
+        return interactionController_;
+    }
     ListWindowViewModel& listWindowViewModel() const { return *listWindowViewModel_; }
     ListWindowView& listWindowView() const { return *listWindowView_; }
     // Shared with the Settings window.
-    const std::shared_ptr<UpdateController>& updateController() const { return updateController_; }
+    const std::shared_ptr<UpdateController>& updateController() const override {
+        return updateController_;
+    }
     // The one permission model, shared by the panel and the onboarding window.
     PermissionRequestViewModel& permissionViewModel() const { return *permissionViewModel_; }
 

@@ -14,12 +14,14 @@
 #include "main/SignalPipe.h"
 #include "main/SingleInstance.h"
 #include "platform/x11/X11Connection.h"
+#include "settings/SettingsCoordinator.h"
 #include "support/StandardOutput.h"
 #include "views/FirstRunContentViews.h"
 #include "views/ListWindowContentView.h"
 #include "views/QtApplication.h"
 #include "views/QtImages.h"
 #include "views/QtMainLoop.h"
+#include "views/SettingsWindowWidget.h"
 
 namespace tarnwick {
 
@@ -48,6 +50,7 @@ RootCoordinator::ChildFactories childFactories() {
         return AboutCoordinator::make(root.shared_from_this(), root.activationController(),
                                       platform::qt::makeAboutContentView);
     };
+    factories.settings = SettingsCoordinator::childFactory(platform::qt::makeSettingsContentView);
     factories.onboardingPages = {platform::qt::makePermissionsPageContentView,
                                  platform::qt::makeInstructionsPageContentView};
     return factories;

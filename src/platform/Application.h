@@ -1,5 +1,6 @@
 #pragma once
 
+#include <compare>
 #include <cstdint>
 #include <memory>
 
@@ -22,6 +23,20 @@ enum class UserInterfaceLayoutDirection : int {
     rightToLeft = 1,
 };
 
+// The version of the operating system, in the platform's numbering.
+struct OperatingSystemVersion {
+    int majorVersion = 0;
+    int minorVersion = 0;
+    int patchVersion = 0;
+
+    friend auto operator<=>(const OperatingSystemVersion&, const OperatingSystemVersion&) = default;
+};
+
+// The first version whose windows take the newer layouts (a Settings window
+// in tabs). Desktops other than the platform's own draw their windows so,
+// and answer with it.
+inline constexpr OperatingSystemVersion tabbedSettingsVersion{15, 0, 0};
+
 // The running program itself, as the platform sees it.
 class Application {
   public:
@@ -40,6 +55,11 @@ class Application {
     // unless a backend knows better.
     virtual UserInterfaceLayoutDirection userInterfaceLayoutDirection() const {
         return UserInterfaceLayoutDirection::leftToRight;
+    }
+
+    virtual OperatingSystemVersion operatingSystemVersion() const { return tabbedSettingsVersion; }
+    bool isOperatingSystemAtLeastVersion(const OperatingSystemVersion& version) const {
+        return operatingSystemVersion() >= version;
     }
 
     // The program's own icon, as the onboarding and About windows show it.

@@ -65,6 +65,13 @@ class Workspace {
     // The image that stands for a file or an application bundle; by default
     // the file's own picture.
     virtual Image iconForFile(const std::filesystem::path& path) const { return Image::file(path); }
+    // Where the installed application of this bundle identifier lies;
+    // nothing when none is installed.
+    virtual std::optional<std::filesystem::path> URLForApplicationWithBundleIdentifier(
+        const std::string& bundleIdentifier) const {
+        (void)bundleIdentifier;
+        return std::nullopt;
+    }
 
     // Notifications arrive on the main loop.
     virtual Token addObserverForName(WorkspaceNotification name, NotificationHandler handler) = 0;

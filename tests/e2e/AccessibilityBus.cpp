@@ -50,6 +50,39 @@ AccessibleNode read(AtspiAccessible* accessible, int depth = 0) {
     return node;
 }
 
+// The first node at or below the accessible with the role and name; a
+// reference the caller releases, or null.
+AtspiAccessible* findNode(AtspiAccessible* accessible, const std::string& role,
+                          const std::string& name, int depth = 0) {
+    if (taken(atspi_accessible_get_role_name(accessible, nullptr)) == role &&
+        taken(atspi_accessible_get_name(accessible, nullptr)) == name) {
+        return static_cast<AtspiAccessible*>(g_object_ref(accessible));
+    }
+    const int count = depth < 16 ? atspi_accessible_get_child_count(accessible, nullptr) : 0;
+    AtspiAccessible* found = nullptr;
+    for (int i = 0; i < count && !found; ++i) {
+        if (AtspiAccessible* child = atspi_accessible_get_child_at_index(accessible, i, nullptr)) {
+            found = findNode(child, role, name, depth + 1);
+            g_object_unref(child);
+        }
+    }
+    return found;
+}
+
+bool doNamedAction(AtspiAccessible* accessible, const std::string& action) {
+    AtspiAction* actions = atspi_accessible_get_action_iface(accessible);
+    if (!actions)
+        return false;
+    bool done = false;
+    const int count = atspi_action_get_n_actions(actions, nullptr);
+    for (int i = 0; i < count && !done; ++i) {
+        if (taken(atspi_action_get_action_name(actions, i, nullptr)) == action)
+            done = atspi_action_do_action(actions, i, nullptr);
+    }
+    g_object_unref(actions);
+    return done;
+}
+
 // Runs the bus's events for a while.
 void dispatchFor(std::chrono::milliseconds time) {
     const auto until = std::chrono::steady_clock::now() + time;
@@ -175,6 +208,30 @@ std::optional<AccessibleNode> AccessibilityBus::application(const std::string& n
         dispatchFor(std::chrono::milliseconds(50));
     }
     return std::nullopt;
+}
+
+bool AccessibilityBus::doAction(const std::string& application, pid_t pid, const std::string& role,
+                                const std::string& name, const std::string& action) {
+    if (!up_)
+        return false;
+    AtspiAccessible* desktop = atspi_get_desktop(0);
+    atspi_accessible_clear_cache(desktop);
+    bool done = false;
+    const int count = atspi_accessible_get_child_count(desktop, nullptr);
+    for (int i = 0; i < count && !done; ++i) {
+        AtspiAccessible* program = atspi_accessible_get_child_at_index(desktop, i, nullptr);
+        if (program && taken(atspi_accessible_get_name(program, nullptr)) == application &&
+            static_cast<pid_t>(atspi_accessible_get_process_id(program, nullptr)) == pid) {
+            if (AtspiAccessible* node = findNode(program, role, name)) {
+                done = doNamedAction(node, action);
+                g_object_unref(node);
+            }
+        }
+        if (program)
+            g_object_unref(program);
+    }
+    g_object_unref(desktop);
+    return done;
 }
 
 void AccessibilityBus::watchMenus() {

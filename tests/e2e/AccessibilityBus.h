@@ -50,6 +50,13 @@ class AccessibilityBus {
     std::optional<AccessibleNode> application(const std::string& name, double seconds = 5,
                                               pid_t pid = 0);
 
+    // Does the named action of the first node with the role and name in the
+    // tree of that application's process, as a screen reader does; false
+    // when there is no such node or action. The program has done it when
+    // this returns.
+    bool doAction(const std::string& application, pid_t pid, const std::string& role,
+                  const std::string& name, const std::string& action);
+
     // Starts noting pop-up menus as they show; waitForMenu returns the
     // next one, read when it showed.
     void watchMenus();

@@ -16,6 +16,7 @@
 #include "DesktopDriver.h"
 #include "PanelMap.h"
 #include "PreferenceFile.h"
+#include "ProgramMenus.h"
 #include "RunningProgram.h"
 
 namespace {
@@ -122,23 +123,12 @@ class ListWindowOnDesktopTest : public ::testing::Test {
         return eventually([&] { return !desktop.panelClient(tarnwick->pid()); });
     }
 
-    // Opens the application menu and goes down its entries, the way the
-    // keyboard does in an open menu.
     void openMenuAt(const PanelMap& map, int entry) {
-        desktop.click(map.menuButton());
-        ASSERT_TRUE(eventually([&] { return desktop.popupsOf(tarnwick->pid()).size() == 1; }));
-        for (int step = 0; step <= entry; ++step)
-            desktop.tap(e2e::downKey);
+        e2e::openPanelMenuAt(desktop, tarnwick->pid(), map, entry);
     }
-
     // Runs the grouping command at this place of the entry's sub-menu.
     void chooseFromSubmenu(int item) {
-        desktop.tap(e2e::rightKey);
-        ASSERT_TRUE(eventually([&] { return desktop.popupsOf(tarnwick->pid()).size() == 2; }));
-        for (int step = 0; step < item; ++step)
-            desktop.tap(e2e::downKey);
-        desktop.tap(e2e::returnKey);
-        ASSERT_TRUE(eventually([&] { return desktop.popupsOf(tarnwick->pid()).empty(); }));
+        e2e::chooseFromPanelSubmenu(desktop, tarnwick->pid(), item);
     }
 
     bool stored(const char* key, const std::string& bundleIdentifier) const {

@@ -4,19 +4,19 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
-#include <chrono>
 #include <csignal>
+#include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <optional>
 #include <sstream>
 #include <string>
-#include <thread>
 
 #include "AccessibilityBus.h"
 #include "DesktopDriver.h"
 #include "PreferenceFile.h"
+#include "ProgramMenus.h"
 #include "RunningProgram.h"
 #include "update/FeedText.h"
 #include "update/LoopbackServer.h"
@@ -86,34 +86,8 @@ class UpdateCheckOnDesktopTest : public ::testing::Test {
         desktop.movePointer(640, 400);
     }
 
-    // Opens the status item's menu of the program and picks "Check for
-    // Updates...", the second item, from the keyboard. The menu is known to
-    // be open when the server shows it.
-    void checkFromTheStatusMenu(pid_t program) {
-        // The tray host lays its icons out for a moment after taking ours in:
-        // the icon is clicked where it has settled.
-        std::optional<e2e::Geometry> icon;
-        ASSERT_TRUE(eventually(
-            [&] {
-                const auto before = desktop.trayIconOf("tarnwick");
-                std::this_thread::sleep_for(std::chrono::milliseconds(300));
-                icon = desktop.trayIconOf("tarnwick");
-                return before && icon && before->x == icon->x && before->y == icon->y &&
-                       before->width == icon->width;
-            },
-            20))
-            << "no icon of ours in the tray";
-        bool open = false;
-        for (int click = 0; click < 3 && !open; ++click) {
-            desktop.click(icon->centre());
-            // A busy machine may take a while to show it; a second click
-            // too early would close it again.
-            open = eventually([&] { return !desktop.popupsOf(program).empty(); }, 6);
-        }
-        ASSERT_TRUE(open) << "no menu showed";
-        for (const auto key : {e2e::downKey, e2e::downKey, e2e::returnKey})
-            desktop.tap(key);
-    }
+    // Picks "Check for Updates...", the second item of the status menu.
+    void checkFromTheStatusMenu(pid_t program) { e2e::chooseFromStatusMenu(desktop, program, 2); }
 
     // The program's dialogue that has a node of that role and name, once it
     // shows.
@@ -241,4 +215,43 @@ TEST_F(UpdateCheckOnDesktopTest, AReleaseFolderIsUpdatedAndTheNewVersionStarted)
     EXPECT_EQ(testsupport::outputOf("/proc/" + std::to_string(*started) + "/exe --version"),
               "Tarnwick 99.0.0 (build 999999)\n");
     ::kill(*started, SIGTERM);
+}
+
+TEST_F(UpdateCheckOnDesktopTest, ADueDailyCheckRunsQuietlyAtStartAndTheNextWakesNothingUp) {
+    // Checking by itself, last done more than a day ago.
+    const auto dayAndHourAgo = std::chrono::system_clock::now() - std::chrono::hours(25);
+    e2e::writePreferenceFile(folders.preferenceFile(), {{"SUFeedURL", server.url("/appcast.xml")},
+                                                        {"SUHasLaunchedBefore", true},
+                                                        {"SUEnableAutomaticChecks", true},
+                                                        {"SULastCheckTime", dayAndHourAgo},
+                                                        {"needsShowingInstructions", false}});
+    server.serve("/appcast.xml", testsupport::feedWith(testsupport::itemWith({.version = "1"})));
+    e2e::RunningProgram tarnwick(e2e::tarnwickExecutable(), {});
+    ASSERT_TRUE(tarnwick.waitUntilHandling(SIGTERM, 20)) << tarnwick.standardError();
+
+    // The check that was due runs at once and records its time.
+    ASSERT_TRUE(eventually([&] { return server.requests().size() == 1; }, 20));
+    ASSERT_TRUE(eventually(
+        [&] {
+            const auto stored = e2e::readPreferenceFile(folders.preferenceFile());
+            const auto found = stored.find("SULastCheckTime");
+            const auto* time =
+                found == stored.end() ? nullptr : found->second.get<PropertyList::Date>();
+            return time && *time > dayAndHourAgo + std::chrono::hours(24);
+        },
+        10));
+
+    // The next one is a day away: until then the program sleeps.
+    std::this_thread::sleep_for(std::chrono::seconds(2));
+    const long before = tarnwick.contextSwitches();
+    std::this_thread::sleep_for(std::chrono::seconds(10));
+    const long wakeUps = tarnwick.contextSwitches() - before;
+    std::printf("wake-ups in 10 s of the idle program with a daily check set: %ld\n", wakeUps);
+    EXPECT_LE(wakeUps, 2);
+    EXPECT_EQ(server.requests().size(), 1u);
+    // Finding nothing new, it showed nothing.
+    EXPECT_FALSE(dialogueWith("push button", "OK", 1));
+
+    tarnwick.sendSignal(SIGTERM);
+    EXPECT_EQ(tarnwick.waitForExit(10), (e2e::ExitStatus{true, 0}));
 }

@@ -30,21 +30,27 @@ class UpdateInstallTest : public ::testing::Test, protected testsupport::Updater
 
 TEST_F(UpdateInstallTest, AnAcceptedUpdateIsUnpackedBesideSwitchedToAndStarted) {
     publish("11", "1.1");
+    // An earlier version that the running one replaced, and something of the
+    // user's own.
+    testsupport::makeReleaseFolder(root(), "0.9");
+    platform::update::switchCurrentVersion(root(), "tarnwick-1.0");
+    fs::create_directories(root() / "notes");
     start();
     EXPECT_EQ(installOffered(), "progress closed");
     EXPECT_EQ(driver.shown,
               (std::vector<std::string>{"found Tarnwick 1.1 is available", "downloading",
                                         "installing", "progress closed"}));
     ASSERT_EQ(relaunched, (std::vector<fs::path>{root() / "current" / "bin" / "tarnwick"}));
-    // The started program is the new version; the old one stays beside it
-    // until it has ended, and nothing of the unpacking is left.
+    // The started program is the new version; the running one stays beside
+    // it until it has ended, older ones go, and nothing of the unpacking is
+    // left.
     EXPECT_EQ(testsupport::outputOf("'" + relaunched[0].string() + "' --version"),
               "Tarnwick 1.1\n");
     EXPECT_EQ(
         testsupport::treeOf(root()),
-        (std::vector<std::string>{"current -> tarnwick-1.1", "tarnwick-1.0", "tarnwick-1.0/bin",
-                                  "tarnwick-1.0/bin/tarnwick", "tarnwick-1.1", "tarnwick-1.1/bin",
-                                  "tarnwick-1.1/bin/tarnwick"}));
+        (std::vector<std::string>{"current -> tarnwick-1.1", "notes", "tarnwick-1.0",
+                                  "tarnwick-1.0/bin", "tarnwick-1.0/bin/tarnwick", "tarnwick-1.1",
+                                  "tarnwick-1.1/bin", "tarnwick-1.1/bin/tarnwick"}));
 }
 
 TEST_F(UpdateInstallTest, ATamperedArchiveIsRefusedBeforeAnythingIsUnpacked) {
@@ -129,7 +135,7 @@ TEST_F(UpdateInstallTest, AnArchiveThatIsNoReleaseChangesNothing) {
     EXPECT_EQ(testsupport::treeOf(root()), untouched);
 
     // The same goes for bytes that are no archive at all.
-    EXPECT_EQ(platform::update::installRelease("no archive", root()).problem,
+    EXPECT_EQ(platform::update::installRelease("no archive", root(), "tarnwick-1.0").problem,
               "the archive couldn't be unpacked");
     EXPECT_EQ(testsupport::treeOf(root()), untouched);
 }

@@ -102,8 +102,13 @@ TEST_F(AccessibilityReadsOnDesktopTest, FrameIsInBottomLeftPointsAndFollowsMoves
     const double screenHeight = 800;  // the virtual desktop's screen
     CGRect frame;
     ASSERT_TRUE(eventually([&] {
-        auto boxed = value(window, "AXFrame");
-        frame = std::get<CGRect>(boxed->get<AXValue>()->value);
+        // While the window manager is still framing the window a read may
+        // fail; that is an answer to wait past, not one to dereference.
+        const auto boxed = value(window, "AXFrame");
+        const auto* read = boxed ? boxed->get<AXValue>() : nullptr;
+        if (!read)
+            return false;
+        frame = std::get<CGRect>(read->value);
         return frame.origin.x == 300 && frame.maxY() == screenHeight - 200;
     })) << frame.origin.x
         << "," << frame.origin.y;

@@ -25,8 +25,10 @@ class SimApplication final : public Application {
     std::shared_ptr<Menu> mainMenu() const override { return mainMenu_; }
     void setMainMenu(std::shared_ptr<Menu> menu) override { mainMenu_ = std::move(menu); }
     void terminate() override;
+    OperatingSystemVersion operatingSystemVersion() const override { return version_; }
 
     // Inspection and scripting.
+    void setOperatingSystemVersion(OperatingSystemVersion version) { version_ = version; }
     // Every policy set, in order, including repeats.
     const std::vector<ActivationPolicy>& policyHistory() const { return policyHistory_; }
     std::size_t activateCount() const { return activateCount_; }
@@ -46,6 +48,7 @@ class SimApplication final : public Application {
     std::size_t activateCount_ = 0;
     std::size_t terminateCount_ = 0;
     std::function<void()> terminateHandler_;
+    OperatingSystemVersion version_ = tabbedSettingsVersion;
 };
 
 }  // namespace platform::sim

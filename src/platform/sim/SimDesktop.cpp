@@ -40,6 +40,7 @@ SimDesktop::SimDesktop(std::unique_ptr<SimMainLoop> ownLoop, MainLoop* externalL
       application_(workspace_),
       eventMonitors_(mainLoop_, [this] { return application_.isActive(); }),
       processLauncher_(ownProcessIdentifier),
+      loginItemService_(mainLoop_),
       keyboardLayouts_(mainLoop_),
       preferences_(mainLoop_),
       own_(std::make_shared<SimRunningApplication>(ownInfo())) {
@@ -69,6 +70,7 @@ std::vector<std::shared_ptr<SimRunningApplication>> SimDesktop::populateSampleAp
         const auto& info = apps[i]->info();
         bundles_.addBundle(*info.bundleURL, info.bundleIdentifier,
                            PropertyList::Dictionary{{"CFBundleName", *info.localizedName}});
+        workspace_.setApplicationURL(*info.bundleIdentifier, *info.bundleURL);
     }
     const char* titles[][3] = {{"Documents", "Downloads", "Pictures"},
                                {"Notes.txt", "Letter.rtf", nullptr},

@@ -3,15 +3,17 @@
 namespace platform::sim {
 
 std::string SimLoginItemService::registerMainApp() {
-    return change("register", Status::enabled);
+    calls_.emplace_back("register");
+    return change(registeredStatus_);
 }
 
-std::string SimLoginItemService::unregisterMainApp() {
-    return change("unregister", Status::notRegistered);
+void SimLoginItemService::unregisterMainApp(Completion completion) {
+    calls_.emplace_back("unregister");
+    loop_.post(
+        [this, completion = std::move(completion)] { completion(change(Status::notRegistered)); });
 }
 
-std::string SimLoginItemService::change(const char* call, Status status) {
-    calls_.emplace_back(call);
+std::string SimLoginItemService::change(Status status) {
     if (!failure_.empty())
         return failure_;
     status_ = status;

@@ -55,4 +55,21 @@ void SimWorkspace::postNotificationWithoutApplication(WorkspaceNotification name
     post(name, nullptr);
 }
 
+std::optional<std::filesystem::path> SimWorkspace::URLForApplicationWithBundleIdentifier(
+    const std::string& bundleIdentifier) const {
+    const auto found = installed_.find(bundleIdentifier);
+    if (found == installed_.end())
+        return std::nullopt;
+    return found->second;
+}
+
+void SimWorkspace::setApplicationURL(const std::string& bundleIdentifier,
+                                     std::optional<std::filesystem::path> location) {
+    if (location) {
+        installed_.insert_or_assign(bundleIdentifier, std::move(*location));
+    } else {
+        installed_.erase(bundleIdentifier);
+    }
+}
+
 }  // namespace platform::sim

@@ -5,6 +5,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <fstream>
 #include <optional>
@@ -137,6 +138,23 @@ bool placeVersion(const fs::path& unpacked, const fs::path& destination, const f
     return true;
 }
 
+// The version folders of the root other than those kept; nothing else
+// there is touched.
+void removeVersionsBut(const fs::path& root, const std::vector<fs::path>& kept) {
+    std::error_code error;
+    std::vector<fs::path> stale;
+    for (const auto& entry : fs::directory_iterator(root, error)) {
+        const auto name = entry.path().filename();
+        const bool isVersion = isPlainName(name) && entry.is_directory(error) &&
+                               !entry.is_symlink(error) &&
+                               isProgram(entry.path() / releaseLayout::program);
+        if (isVersion && std::find(kept.begin(), kept.end(), name) == kept.end())
+            stale.push_back(entry.path());
+    }
+    for (const auto& folder : stale)
+        fs::remove_all(folder, error);
+}
+
 }  // namespace
 
 // The one step that changes the installed version: a new link, made in a
@@ -155,7 +173,8 @@ std::string switchCurrentVersion(const fs::path& root, const fs::path& versionNa
     return {};
 }
 
-InstallResult installRelease(std::string_view archive, const std::filesystem::path& root) {
+InstallResult installRelease(std::string_view archive, const std::filesystem::path& root,
+                             const std::filesystem::path& runningVersion) {
     InstallResult result;
     const ScratchFolder scratch(root);
     if (scratch.path().empty()) {
@@ -185,6 +204,7 @@ InstallResult installRelease(std::string_view archive, const std::filesystem::pa
         fs::remove_all(destination, error);
         return result;
     }
+    removeVersionsBut(root, {name, runningVersion});
     result.program = root / releaseLayout::currentLink / releaseLayout::program;
     return result;
 }

@@ -18,7 +18,7 @@ std::string verifyAndInstall(const std::string& archive, const UpdateInstallatio
         verifyArchiveSignature(archive, request.enclosure.edSignature, request.publicEDKey);
     if (check != SignatureCheck::valid)
         return errorText::badSignature();
-    auto result = installRelease(archive, request.root);
+    auto result = installRelease(archive, request.root, request.runningFolder.filename());
     if (!result.problem.empty())
         return errorText::installFailed(result.problem);
     program = result.program;

@@ -35,6 +35,10 @@ X11Desktop::X11Desktop(MainLoop& loop, Options options,
       bundles_(options.mainBundle, options.directories),
       fileManager_(options.directories),
       fileViewer_(launcher_, defaultFileManager_),
+      loginItems_(loop,
+                  xdg::XdgLoginItemService::entryPathIn(options.directories.configHome,
+                                                        xdg::XdgBundles::mainBundleIdentifier),
+                  options.mainBundle.executable),
       preferences_(std::make_unique<xdg::PlistFileStore>(
           options.preferencesPath.empty()
               ? xdg::PlistFileStore::defaultPath(xdg::XdgBundles::mainBundleIdentifier)
@@ -86,6 +90,7 @@ Services X11Desktop::services() {
     services.bundles = &bundles_;
     services.fileManager = &fileManager_;
     services.fileViewer = &fileViewer_;
+    services.loginItemService = &loginItems_;
     services.preferences = preferences_.get();
     return services;
 }

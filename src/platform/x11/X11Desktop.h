@@ -26,6 +26,7 @@
 #include "platform/xdg/XdgBundles.h"
 #include "platform/xdg/XdgFileManager.h"
 #include "platform/xdg/XdgFileViewer.h"
+#include "platform/xdg/XdgLoginItemService.h"
 #include "platform/xdg/XdgProcessLauncher.h"
 
 // The seam's services (platform/Platform.h) and where this backend takes
@@ -40,7 +41,7 @@
 //   keyboardLayouts   here: X11KeyboardLayouts, xkbcommon over the server's keymap
 //   hotKeys           here: X11HotKeys, key grabs on the root window
 //   eventTap          here: X11EventTap, listen-only raw events
-//   loginItemService  not yet: none on Linux
+//   loginItemService  here, from platform/xdg: XdgLoginItemService, an autostart entry
 //   updater           not yet: none on Linux
 //   processLauncher   here, from platform/xdg: XdgProcessLauncher
 //   bundles           here, from platform/xdg: XdgBundles, desktop entries
@@ -82,6 +83,7 @@ class X11Desktop {
     xdg::XdgProcessLauncher& processLauncher() { return launcher_; }
     xdg::XdgFileManager& fileManager() { return fileManager_; }
     xdg::XdgFileViewer& fileViewer() { return fileViewer_; }
+    xdg::XdgLoginItemService& loginItemService() { return loginItems_; }
     xdg::XdgBundles& bundles() { return bundles_; }
     xdg::PlistFileStore& preferences() { return *preferences_; }
     const xdg::DesktopEntryIndex& desktopEntries() const { return entries_; }
@@ -103,6 +105,7 @@ class X11Desktop {
     xdg::XdgBundles bundles_;
     xdg::XdgFileManager fileManager_;
     xdg::XdgFileViewer fileViewer_;
+    xdg::XdgLoginItemService loginItems_;
     std::unique_ptr<xdg::PlistFileStore> preferences_;
 
     std::unique_ptr<X11InputEventSource> input_;

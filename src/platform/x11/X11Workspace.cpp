@@ -72,6 +72,15 @@ RunningApplicationRef X11Workspace::runningApplicationWithProcessIdentifier(pid_
     return find(pid);
 }
 
+Image X11Workspace::iconForFile(const std::filesystem::path& path) const {
+    return identities_.applicationIcon(path).value_or(Workspace::iconForFile(path));
+}
+
+std::optional<std::filesystem::path> X11Workspace::URLForApplicationWithBundleIdentifier(
+    const std::string& bundleIdentifier) const {
+    return identities_.applicationLocation(bundleIdentifier);
+}
+
 X11Workspace::Application X11Workspace::find(pid_t pid) const {
     const auto it = byProcess_.find(pid);
     return it == byProcess_.end() ? nullptr : it->second;

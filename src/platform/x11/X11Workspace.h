@@ -60,6 +60,12 @@ class X11Workspace final : public ObservedWorkspace, private X11WindowMirrorList
     RunningApplicationRef currentApplication() const override { return own_; }
     RunningApplicationRef runningApplicationWithProcessIdentifier(pid_t pid) const override;
 
+    // An installed application's bundle is its desktop entry; its icon is
+    // the entry's, found in the icon themes.
+    Image iconForFile(const std::filesystem::path& path) const override;
+    std::optional<std::filesystem::path> URLForApplicationWithBundleIdentifier(
+        const std::string& bundleIdentifier) const override;
+
   private:
     using Application = std::shared_ptr<xdg::XdgRunningApplication>;
 

@@ -66,6 +66,33 @@ std::optional<std::vector<std::string>> splitArguments(std::string_view exec) {
     return arguments;
 }
 
+bool needsQuotes(const std::string& argument) {
+    return argument.empty() ||
+           argument.find_first_of(" \t\n\"'\\><~|&;$*?#()`") != std::string::npos;
+}
+
+std::string quotedArgument(const std::string& argument) {
+    if (!needsQuotes(argument))
+        return argument;
+    std::string quoted = "\"";
+    for (const char c : argument) {
+        if (isQuotedEscape(c))
+            quoted += '\\';
+        quoted += c;
+    }
+    return quoted + '"';
+}
+
+std::string withPercentsDoubled(const std::string& argument) {
+    std::string doubled;
+    for (const char c : argument) {
+        doubled += c;
+        if (c == '%')
+            doubled += '%';
+    }
+    return doubled;
+}
+
 bool isEnvironmentAssignment(const std::string& argument) {
     const auto equals = argument.find('=');
     return equals != std::string::npos && equals > 0 && argument.front() != '-';
@@ -83,6 +110,16 @@ std::vector<std::string> desktopEntryCommandLine(std::string_view exec) {
             commandLine.push_back(std::move(*kept));
     }
     return commandLine;
+}
+
+std::string desktopEntryExec(const std::vector<std::string>& commandLine) {
+    std::string exec;
+    for (const auto& argument : commandLine) {
+        if (!exec.empty())
+            exec += ' ';
+        exec += quotedArgument(withPercentsDoubled(argument));
+    }
+    return exec;
 }
 
 std::optional<std::string> desktopEntryProgramName(std::string_view exec) {

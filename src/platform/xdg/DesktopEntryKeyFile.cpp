@@ -37,6 +37,23 @@ bool isWellFormedKey(std::string_view key) {
     return locale.substr(0, locale.size() - 1).find_first_of("[] \t") == std::string_view::npos;
 }
 
+// The escape that stands for a character in a raw value; nothing for a
+// character that stands for itself.
+const char* escapeFor(char c) {
+    switch (c) {
+        case '\\':
+            return "\\\\";
+        case '\n':
+            return "\\n";
+        case '\t':
+            return "\\t";
+        case '\r':
+            return "\\r";
+        default:
+            return nullptr;
+    }
+}
+
 // The character an escape stands for; zero for no known escape.
 char escapedCharacter(char code) {
     switch (code) {
@@ -116,6 +133,23 @@ std::string unescaped(std::string_view raw) {
         }
     }
     return value;
+}
+
+std::string escaped(std::string_view value) {
+    std::string raw;
+    raw.reserve(value.size());
+    for (std::size_t i = 0; i < value.size(); ++i) {
+        const char c = value[i];
+        // Blanks around a value are trimmed when it is read, so those two
+        // are written as escapes.
+        const bool edgeBlank = c == ' ' && (i == 0 || i + 1 == value.size());
+        if (const char* escape = edgeBlank ? "\\s" : escapeFor(c)) {
+            raw += escape;
+        } else {
+            raw += c;
+        }
+    }
+    return raw;
 }
 
 std::vector<std::string> list(std::string_view raw) {

@@ -41,6 +41,8 @@ class DesktopEntryKeyFile {
 namespace desktop_entry_value {
 
 std::string unescaped(std::string_view raw);
+// The raw form of a value, which unescaped() reads back as it stands.
+std::string escaped(std::string_view value);
 // A list separated by ';', where "\;" is a ';' within an element; a final
 // separator is optional, and empty elements are dropped.
 std::vector<std::string> list(std::string_view raw);

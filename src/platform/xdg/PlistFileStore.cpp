@@ -12,7 +12,9 @@
 #include <vector>
 
 #include "platform/PropertyListCodec.h"
+#include "platform/xdg/AtomicFile.h"
 #include "platform/xdg/DesktopEntryDirectories.h"
+#include "platform/xdg/FileDescriptor.h"
 #include "support/StandardOutput.h"
 
 namespace platform::xdg {
@@ -29,35 +31,6 @@ std::string systemError(int error) {
     return std::strerror(error);
 }
 
-class FileDescriptor {
-  public:
-    explicit FileDescriptor(int fd) : fd_(fd) {}
-    ~FileDescriptor() {
-        if (fd_ >= 0)
-            ::close(fd_);
-    }
-    FileDescriptor(const FileDescriptor&) = delete;
-    FileDescriptor& operator=(const FileDescriptor&) = delete;
-    int get() const { return fd_; }
-    explicit operator bool() const { return fd_ >= 0; }
-
-  private:
-    int fd_;
-};
-
-bool writeAll(int fd, const PropertyList::Data& bytes) {
-    std::size_t written = 0;
-    while (written < bytes.size()) {
-        const auto n = ::write(fd, bytes.data() + written, bytes.size() - written);
-        if (n < 0 && errno == EINTR)
-            continue;
-        if (n <= 0)
-            return false;
-        written += static_cast<std::size_t>(n);
-    }
-    return true;
-}
-
 std::optional<std::string> readAll(int fd, off_t expectedSize) {
     std::string bytes;
     bytes.reserve(static_cast<std::size_t>(expectedSize));
@@ -72,12 +45,6 @@ std::optional<std::string> readAll(int fd, off_t expectedSize) {
             return bytes;
         bytes.append(buffer, static_cast<std::size_t>(n));
     }
-}
-
-void syncFolder(const fs::path& folder) {
-    FileDescriptor fd(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-    if (fd)
-        ::fsync(fd.get());
 }
 
 std::string utcTimestamp() {
@@ -361,9 +328,7 @@ void PlistFileStore::announceChangeLater() {
     loop_.post(lifetime_.guard([this] { changed_.emit(); }));
 }
 
-// Called with the mutex held. A reader sees the old file or the new one,
-// never a part: the bytes go to a temporary file that is synced before it
-// is renamed over the real one, and the folder is synced after.
+// Called with the mutex held; a reader sees the old file or the new one.
 void PlistFileStore::save() {
     if (!saving_)
         return;
@@ -375,22 +340,14 @@ void PlistFileStore::save() {
                             error.message());
         return;
     }
-    std::string temporary = (folder / ("." + target.filename().string() + ".XXXXXX")).string();
-    FileDescriptor fd(::mkostemp(temporary.data(), O_CLOEXEC));
     struct stat status {};
-    const bool written = fd && ::fchmod(fd.get(), S_IRUSR | S_IWUSR) == 0 &&
-                         writeAll(fd.get(), bytes) && ::fsync(fd.get()) == 0 &&
-                         ::fstat(fd.get(), &status) == 0 &&
-                         ::rename(temporary.c_str(), target.c_str()) == 0;
-    if (!written) {
-        const int error = errno;
-        if (fd)
-            ::unlink(temporary.c_str());
-        quillbox::printLine("Could not save preferences to " + path_.string() + ": " +
-                            systemError(error));
+    const auto error = writeFileAtomically(
+        target, std::string_view(reinterpret_cast<const char*>(bytes.data()), bytes.size()),
+        S_IRUSR | S_IWUSR, &status);
+    if (!error.empty()) {
+        quillbox::printLine("Could not save preferences to " + path_.string() + ": " + error);
         return;
     }
-    syncFolder(folder);
     lastKnownFile_ = FileIdentity::of(status);
 }
 

@@ -54,6 +54,26 @@ std::optional<ProcessIdentities::Identity> ProcessIdentities::finderIdentity() c
     return XdgRunningApplication::finderIdentityOf(fileManager_->entry(), icons_);
 }
 
+std::optional<std::filesystem::path> ProcessIdentities::applicationLocation(
+    const std::string& bundleIdentifier) const {
+    if (bundleIdentifier == DefaultFileManager::finderBundleIdentifier && fileManager_)
+        return DefaultFileManager::finderBundlePath();
+    const auto* entry = entries_.entryWithId(bundleIdentifier);
+    if (!entry || entry->hidden)
+        return std::nullopt;
+    return entry->path;
+}
+
+std::optional<Image> ProcessIdentities::applicationIcon(
+    const std::filesystem::path& location) const {
+    if (location == DefaultFileManager::finderBundlePath())
+        return finderIdentity() ? finderIdentity()->icon : std::nullopt;
+    const auto entry = DesktopEntry::load(location, location.filename().string());
+    if (!entry)
+        return std::nullopt;
+    return XdgRunningApplication::identityOf(*entry, icons_).icon;
+}
+
 std::vector<pid_t> ProcessIdentities::processesWithEntries() const {
     const char* display = std::getenv("DISPLAY");
     std::map<pid_t, const DesktopEntry*> found;

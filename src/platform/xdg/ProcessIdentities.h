@@ -45,6 +45,17 @@ class ProcessIdentities {
     // The Finder's identity, when there is a file manager to play it.
     std::optional<Identity> finderIdentity() const;
 
+    // Where the installed application of a bundle identifier lies: the
+    // Finder's location for the Finder's identifier while a file manager
+    // plays it, else the application's desktop entry. Nothing for an
+    // identifier without an entry, or whose entry stands for a deleted
+    // application.
+    std::optional<std::filesystem::path> applicationLocation(
+        const std::string& bundleIdentifier) const;
+    // The icon of the application whose bundle lies there; nothing for a
+    // location that is no application's or an application without one.
+    std::optional<Image> applicationIcon(const std::filesystem::path& location) const;
+
     // The user's processes on this display that run an installed
     // application, in ascending order. A process started by another of the
     // same application (a helper, a renderer) is left out: the application

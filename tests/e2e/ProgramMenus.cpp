@@ -1,0 +1,54 @@
+#include "ProgramMenus.h"
+
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <optional>
+#include <thread>
+
+namespace e2e {
+
+void chooseFromStatusMenu(Desktop& desktop, pid_t program, int item) {
+    // The tray host lays its icons out for a moment after taking ours in.
+    std::optional<Geometry> icon;
+    ASSERT_TRUE(eventually(
+        [&] {
+            const auto before = desktop.trayIconOf("tarnwick");
+            std::this_thread::sleep_for(std::chrono::milliseconds(300));
+            icon = desktop.trayIconOf("tarnwick");
+            return before && icon && before->x == icon->x && before->y == icon->y &&
+                   before->width == icon->width;
+        },
+        20))
+        << "no icon of ours in the tray";
+    bool open = false;
+    for (int click = 0; click < 3 && !open; ++click) {
+        desktop.click(icon->centre());
+        // A busy machine may take a while to show it; a second click too
+        // early would close it again.
+        open = eventually([&] { return !desktop.popupsOf(program).empty(); }, 6);
+    }
+    ASSERT_TRUE(open) << "no menu showed";
+    for (int step = 0; step < item; ++step)
+        desktop.tap(downKey);
+    desktop.tap(returnKey);
+    ASSERT_TRUE(eventually([&] { return desktop.popupsOf(program).empty(); }));
+}
+
+void openPanelMenuAt(Desktop& desktop, pid_t program, const PanelMap& map, int entry) {
+    desktop.click(map.menuButton());
+    ASSERT_TRUE(eventually([&] { return desktop.popupsOf(program).size() == 1; }));
+    for (int step = 0; step <= entry; ++step)
+        desktop.tap(downKey);
+}
+
+void chooseFromPanelSubmenu(Desktop& desktop, pid_t program, int item) {
+    desktop.tap(rightKey);
+    ASSERT_TRUE(eventually([&] { return desktop.popupsOf(program).size() == 2; }));
+    for (int step = 0; step < item; ++step)
+        desktop.tap(downKey);
+    desktop.tap(returnKey);
+    ASSERT_TRUE(eventually([&] { return desktop.popupsOf(program).empty(); }));
+}
+
+}  // namespace e2e

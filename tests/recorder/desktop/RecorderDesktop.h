@@ -23,8 +23,8 @@ bool setSuiteLayouts(const std::string& layouts);
 
 // X keycodes of the evdev keymap.
 namespace xkey {
-inline constexpr xcb_keycode_t escape = 9, backSpace = 22, j = 44, k = 45, a = 38, y = 29, leftControl = 37,
-                               leftShift = 50, leftAlt = 64;
+inline constexpr xcb_keycode_t escape = 9, backSpace = 22, j = 44, k = 45, a = 38, y = 29,
+                               leftControl = 37, leftShift = 50, leftAlt = 64;
 }
 
 // The X11 backend's input side on the suite's display, driven by Qt's event

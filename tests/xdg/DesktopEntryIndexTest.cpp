@@ -90,5 +90,26 @@ TEST_F(DesktopEntryIndexTest, FindsApplicationsByWindowClass) {
     EXPECT_FALSE(index.entryForWindowClass("", ""));
 }
 
+// An editor whose settings entry runs the same program and sorts first, a
+// program with a helper entry, and entries known by their reverse-domain id.
+TEST_F(DesktopEntryIndexTest, AnApplicationsOwnEntryBeatsItsSettingsAndHelperEntries) {
+    writeSystem("org.xfce.mousepad-settings.desktop", "Text Editor Settings",
+                "mousepad --preferences");
+    writeSystem("org.xfce.mousepad.desktop", "Mousepad", "mousepad %U");
+    writeSystem("a-viewer-new-window.desktop", "New Viewer Window", "viewer --new-window");
+    writeSystem("b-viewer.desktop", "Viewer", "viewer %F");
+    writeSystem("org.example.Editor.desktop", "Editor", "launch-editor");
+    const auto index = makeIndex();
+
+    EXPECT_EQ(index.entryForExecutableName("mousepad")->name, "Mousepad");
+    EXPECT_EQ(index.entryForExecutableName("viewer")->name, "Viewer")
+        << "the entry that starts the program as it stands";
+    EXPECT_EQ(index.entryForWindowClass("mousepad", "Mousepad")->name, "Mousepad");
+    EXPECT_EQ(index.entryForApplicationId("org.xfce.mousepad")->name, "Mousepad");
+    EXPECT_EQ(index.entryForApplicationId("org.example.Editor")->name, "Editor");
+    EXPECT_FALSE(index.entryForApplicationId("org.example.Missing"));
+    EXPECT_FALSE(index.entryForApplicationId(""));
+}
+
 }  // namespace
 }  // namespace platform::xdg

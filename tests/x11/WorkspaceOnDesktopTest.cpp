@@ -276,6 +276,24 @@ TEST_F(WorkspaceOnDesktopTest, TheFileManagerStartedIsStartedAgainWhenItEnds) {
     EXPECT_EQ(concerning(launched, second->processIdentifier()).size(), 1u);
 }
 
+// The session runs a file manager that shows no window; no list names a
+// default for folders. It plays the Finder, and none of ours is started.
+TEST_F(WorkspaceOnDesktopTest, ARunningFileManagerPlaysTheFinderAndNoneIsStarted) {
+    installFileManagerOfItsOwn();
+    const auto program = tree.write("bin/zz-folders", "#!/bin/sh\nsleep 30\n");
+    ::chmod(program.c_str(), 0755);
+    install("zz-folders.desktop", "Folders", program.string() + " %U",
+            "MimeType=inode/directory;\n");
+    const pid_t running = start({program.string()});
+    ASSERT_TRUE(eventually([&] {
+        return platform::xdg::ProcessInfo::read(running).commandLine.size() == 2;
+    }));
+    openDesktop();
+    ASSERT_EQ(finders().size(), 1u);
+    EXPECT_EQ(finders().front()->processIdentifier(), running);
+    EXPECT_EQ(finders().front()->localizedName(), "Folders");
+}
+
 // An editor whose settings entry runs the same program: two processes of it
 // are one application, found by the window's application id or, without one,
 // as the entry that starts the program without options.

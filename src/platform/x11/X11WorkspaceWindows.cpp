@@ -7,39 +7,30 @@
 
 namespace platform::x11 {
 
-namespace {
-
-std::string textOf(const xcb_get_property_reply_t* reply) {
-    if (!reply || reply->format != 8)
-        return {};
-    const auto* data = static_cast<const char*>(
-        xcb_get_property_value(const_cast<xcb_get_property_reply_t*>(reply)));
-    std::string text(data, static_cast<std::size_t>(xcb_get_property_value_length(reply)));
-    while (!text.empty() && text.back() == '\0')
-        text.pop_back();
-    return text;
-}
-
-}  // namespace
-
 std::optional<xdg::WindowIdentity> X11Workspace::windowIdentityOf(xcb_window_t window) {
     xcb_connection_t* connection = input_.xcb();
     // Both questions go out before either answer is awaited.
     const auto classCookie = xcb_icccm_get_wm_class(connection, window);
-    const auto applicationIdCookie = xcb_get_property(connection, 0, window, applicationIdAtom_,
-                                                      XCB_GET_PROPERTY_TYPE_ANY, 0, 256);
+    const auto applicationIdCookie =
+        xcb_icccm_get_text_property(connection, window, applicationIdAtom_);
     xcb_icccm_get_wm_class_reply_t reply{};
-    // A window gone in the meantime answers with an error: no class.
+    // A window gone in the meantime answers with errors: nothing.
     const bool found = xcb_icccm_get_wm_class_reply(connection, classCookie, &reply, nullptr);
-    const auto applicationId = awaitReply(connection, xcb_get_property_reply, applicationIdCookie);
+    xcb_icccm_get_text_property_reply_t applicationId{};
+    const bool hasApplicationId =
+        xcb_icccm_get_text_property_reply(connection, applicationIdCookie, &applicationId, nullptr);
     // Waiting for the replies may have taken events in that the descriptor
     // won't tell of.
     input_.dispatchSoon();
+    std::string id;
+    if (hasApplicationId) {
+        id.assign(applicationId.name, applicationId.name_len);
+        xcb_icccm_get_text_property_reply_wipe(&applicationId);
+    }
     if (!found)
-        return std::nullopt;
+        return id.empty() ? std::nullopt : std::optional(xdg::WindowIdentity{{}, {}, id});
     xdg::WindowIdentity identity{reply.instance_name ? reply.instance_name : "",
-                                 reply.class_name ? reply.class_name : "",
-                                 textOf(applicationId.get())};
+                                 reply.class_name ? reply.class_name : "", std::move(id)};
     xcb_icccm_get_wm_class_reply_wipe(&reply);
     return identity;
 }

@@ -127,7 +127,7 @@ void X11Workspace::terminated(const Application& application) {
     // The windows of the processes it stood for go to the next of them.
     accessibility_.regroupWindowsOf(application->processIdentifier());
     updateFrontmost();
-    if (application->processIdentifier() == startedFileManager_)
+    if (playsTheFileManager(application))
         restartFileManagerSoon();
 }
 

@@ -1,7 +1,8 @@
 // The panel's menu of applications on a desktop with the programs a person
 // runs: two terminals, an editor with a settings entry of its own, a panel,
 // and the file manager. Each application is offered once, by its own name,
-// and the panel is not offered at all.
+// and the panel is not offered at all; the terminal's entry lists the
+// windows of both its processes.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -21,11 +22,12 @@ namespace {
 using e2e::AccessibleNode;
 using e2e::eventually;
 
+// The entries of the menu, in their order: what the arrow keys go through.
 std::vector<std::string> itemNames(const AccessibleNode& menu) {
     std::vector<std::string> names;
-    for (const auto* node : menu.flattened()) {
-        if (node->role == "menu item" || node->role == "menu")
-            names.push_back(node->name);
+    for (const auto& node : menu.children) {
+        if (node.role == "menu item" || node.role == "menu")
+            names.push_back(node.name);
     }
     return names;
 }
@@ -83,6 +85,23 @@ TEST(ApplicationMenuOnDesktopTest, EachApplicationIsOfferedOnceByItsOwnNameAndTh
     EXPECT_EQ(count("File Manager PCManFM"), 1) << menu->outline();
     for (const char* offered : {"Text Editor Settings", "Tint2", "Panel", "tint2"})
         EXPECT_EQ(count(offered), 0) << offered << "\n" << menu->outline();
+
+    // The terminal's entry lists the windows of both its processes.
+    const auto terminal = std::find(names.begin(), names.end(), "XTerm") - names.begin();
+    for (int step = 0; step <= terminal; ++step)
+        desktop.tap(e2e::downKey);
+    desktop.tap(e2e::returnKey);
+    ASSERT_TRUE(eventually(
+        [&] {
+            tree = bus.application("Tarnwick", 1);
+            return tree && tree->find("push button", "First terminal") &&
+                   tree->find("push button", "Second terminal");
+        },
+        10))
+        << (tree ? tree->outline() : "");
+    const auto shown = desktop.shownPanel(tarnwick.pid());
+    ASSERT_TRUE(shown);
+    EXPECT_TRUE(e2e::saveScreenshot(*shown, TARNWICK_ARTIFACTS_DIR "/panel-two-terminals.png"));
 
     desktop.tap(e2e::escapeKey);
     tarnwick.sendSignal(SIGTERM);

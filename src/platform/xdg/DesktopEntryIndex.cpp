@@ -118,11 +118,11 @@ const DesktopEntry* DesktopEntryIndex::entryWithId(std::string_view id) const {
 const DesktopEntry* DesktopEntryIndex::bestOf(const std::vector<std::size_t>& candidates,
                                               std::string_view name) const {
     // Several entries may run one program: the application's own entry,
-    // its settings, helpers. The application's is the one named after the
-    // program, shown in menus, and starting the program without options.
+    // its settings, helpers. The application's is the one shown in menus,
+    // named after the program, and starting the program without options.
     const auto rank = [&](std::size_t index) {
         const auto& entry = entries_[index];
-        return std::tuple(idMatch(entry, name), !entry.isVisibleApplication(),
+        return std::tuple(!entry.isVisibleApplication(), idMatch(entry, name),
                           startsWithOptions(entry));
     };
     const auto best = std::min_element(candidates.begin(), candidates.end(),
@@ -155,18 +155,25 @@ const DesktopEntry* DesktopEntryIndex::entryForWindowClass(std::string_view inst
             return bestOf(it->second, name);
     }
     // Without StartupWMClass, an id named like the class: "xterm.desktop" for
-    // "XTerm", "org.xfce.mousepad.desktop" for "Mousepad".
-    for (const int closeness : {0, 1}) {
-        for (const auto name : {className, instanceName}) {
-            if (name.empty())
+    // "XTerm", "org.xfce.mousepad.desktop" for "Mousepad"; one shown in menus
+    // first, then the closer name, then the class before the instance.
+    const DesktopEntry* best = nullptr;
+    auto bestRank = std::tuple(true, 2);
+    for (const auto name : {className, instanceName}) {
+        if (name.empty())
+            continue;
+        for (const auto& entry : entries_) {
+            if (!isRunnableApplication(entry))
                 continue;
-            for (const auto& entry : entries_) {
-                if (isRunnableApplication(entry) && idMatch(entry, name) == closeness)
-                    return &entry;
+            const int closeness = idMatch(entry, name);
+            const auto rank = std::tuple(!entry.isVisibleApplication(), closeness);
+            if (closeness < 2 && (!best || rank < bestRank)) {
+                best = &entry;
+                bestRank = rank;
             }
         }
     }
-    return nullptr;
+    return best;
 }
 
 const DesktopEntry* DesktopEntryIndex::entryForApplicationId(std::string_view applicationId) const {

@@ -10,8 +10,8 @@ keep_open=0
 wm=${TARNWICK_WM:-openbox}
 case "$wm" in
   openbox) wm_command=(openbox --sm-disable) ;;
-  # Its own preferences, not the user's: the taskbar stays where the tests
-  # don't look, and no session manager is asked for.
+  # With an empty folder of its own for preferences (below): the same
+  # desktop whoever runs it.
   icewm) wm_command=(icewm --client-id=) ;;
   *) echo "virtual-desktop: unknown window manager \"$wm\" (openbox, icewm)" >&2; exit 2 ;;
 esac

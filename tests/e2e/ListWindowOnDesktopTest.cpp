@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <csignal>
+#include <cstdlib>
 #include <filesystem>
 #include <memory>
 #include <optional>
@@ -29,6 +30,12 @@ using RoundButton = e2e::PanelMap::RoundButton;
 
 constexpr const char* favoriteAppsKey = "harrowmere.favoriteApps";
 constexpr const char* hiddenAppsKey = "harrowmere.hiddenApps";
+
+// The window manager the virtual desktop runs, for the screenshots' names.
+std::string windowManagerName() {
+    const char* name = std::getenv("TARNWICK_WM");
+    return name && *name ? name : "openbox";
+}
 
 Geometry enclosing(Geometry a, Geometry b) {
     const int left = std::min(a.x, b.x), top = std::min(a.y, b.y);
@@ -227,6 +234,39 @@ TEST_F(ListWindowOnDesktopTest, TheRoundButtonsActOnTheRealWindowsAndTheListFoll
     desktop.click(map->roundButton(0, RoundButton::minimize));
     EXPECT_TRUE(eventually([&] { return !isMinimised(0); }));
     EXPECT_TRUE(panelIsGone());
+    stopTarnwick();
+}
+
+// Window managers keep the active full-screen window above every other.
+// With the file manager in front, its window put to full screen from the
+// panel stays in front and the panel stays shown: above it, where a click
+// on a row reaches the panel and not the window below.
+TEST_F(ListWindowOnDesktopTest, ThePanelStaysAboveAWindowItPutToFullScreen) {
+    openFolders({"Documents", "Music"});
+    startTarnwick();
+    const auto windows = folderWindows();
+    ASSERT_EQ(windows.size(), 2u);
+    desktop.activate(windows[1].id);
+    ASSERT_TRUE(eventually([&] { return desktop.activeWindow() == windows[1].id; }));
+    auto map = showPanelWithRows(2);
+    ASSERT_TRUE(map);
+    const auto panelFrame = desktop.frameOf(*desktop.panelClient(tarnwick->pid()));
+    desktop.click(map->roundButton(1, RoundButton::fullScreen));
+    ASSERT_TRUE(
+        eventually([&] { return desktop.hasState(windows[1].id, "_NET_WM_STATE_FULLSCREEN"); }));
+
+    map = panelWithRows(2);
+    ASSERT_TRUE(map) << "the panel went";
+    EXPECT_TRUE(eventually([&] { return desktop.topmostFrameAt(map->row(0)) == panelFrame; }))
+        << "the panel's frame " << panelFrame << " is covered by "
+        << desktop.topmostFrameAt(map->row(0)).value_or(0) << "; the full-screen window's is "
+        << desktop.frameOf(windows[1].id);
+    EXPECT_TRUE(e2e::saveScreenshot(map->content(), TARNWICK_ARTIFACTS_DIR
+                                                        "/panel-over-full-screen-" +
+                                                        windowManagerName() + ".png"));
+    desktop.click(map->row(0));
+    EXPECT_TRUE(eventually([&] { return desktop.activeWindow() == windows[0].id; }))
+        << "the click went to: " << desktop.activeWindow();
     stopTarnwick();
 }
 

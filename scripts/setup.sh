@@ -25,6 +25,9 @@ packages=(
   # a desktop to run on and test against
   xvfb xauth openbox x11-utils x11-xkb-utils xdotool xterm pcmanfm tint2
   dbus-x11 imagemagick strace procps
+  # a second window manager, and a GTK and a Qt application, for the panel's
+  # end-to-end tests
+  icewm mousepad featherpad
   # packaging and its checks: the package's dependencies, lint, the desktop's
   # files, the manual page; a status-notifier tray host to test against
   dpkg-dev lintian desktop-file-utils appstream man-db haskell-gtk-sni-tray-utils

@@ -1,7 +1,9 @@
 // The list of windows with real applications: the file manager's windows on
 // the panel, a click that raises one, the round buttons acting on the real
 // windows, another application picked from the menu, and the menu's grouping
-// commands kept in the preference file across a restart.
+// commands kept in the preference file across a restart. The application in
+// front is a terminal, a GTK editor or a Qt editor; the tests run under two
+// window managers (see CMakeLists.txt).
 #include <gtest/gtest.h>
 #include <unistd.h>
 
@@ -70,19 +72,19 @@ class ListWindowOnDesktopTest : public ::testing::Test {
         }
     }
 
-    // A terminal, at the front: the application the user is in when the
-    // chord is pressed.
-    void openTerminalInFront() {
-        terminal = std::make_unique<e2e::RunningProgram>(
-            "/usr/bin/xterm", std::vector<std::string>{"-T", "A terminal"});
-        ASSERT_TRUE(
-            eventually([&] { return !desktop.clientWindowsOf(terminal->pid()).empty(); }, 10));
-        bringTerminalToFront();
+    // Another application at the front: the one the user is in when the
+    // chord is pressed. A terminal by default; the toolkits' own editors
+    // (GTK's, Qt's) where a test says which.
+    void openInFront(const std::string& program = "/usr/bin/xterm",
+                     const std::vector<std::string>& arguments = {"-T", "A terminal"}) {
+        front = std::make_unique<e2e::RunningProgram>(program, arguments);
+        ASSERT_TRUE(eventually([&] { return !desktop.clientWindowsOf(front->pid()).empty(); }, 10));
+        bringFrontApplicationForward();
     }
 
-    void bringTerminalToFront() {
-        ASSERT_TRUE(desktop.activateWindowOf(terminal->pid()));
-        ASSERT_TRUE(eventually([&] { return desktop.activeProcess() == terminal->pid(); }));
+    void bringFrontApplicationForward() {
+        ASSERT_TRUE(desktop.activateWindowOf(front->pid()));
+        ASSERT_TRUE(eventually([&] { return desktop.activeProcess() == front->pid(); }));
     }
 
     void startTarnwick() {
@@ -153,7 +155,7 @@ class ListWindowOnDesktopTest : public ::testing::Test {
         std::filesystem::temp_directory_path() / ("tarnwick-folders-" + std::to_string(::getpid()));
     e2e::Desktop desktop;
     std::unique_ptr<e2e::RunningProgram> fileManager;
-    std::unique_ptr<e2e::RunningProgram> terminal;
+    std::unique_ptr<e2e::RunningProgram> front;
     std::unique_ptr<e2e::RunningProgram> tarnwick;
 };
 
@@ -161,7 +163,7 @@ class ListWindowOnDesktopTest : public ::testing::Test {
 
 TEST_F(ListWindowOnDesktopTest, TheChordListsTheFileManagersWindowsAndARowClickRaisesOne) {
     openFolders({"Documents", "Music", "Pictures"});
-    openTerminalInFront();
+    openInFront("/usr/bin/mousepad", {});
     startTarnwick();
 
     const auto map = showPanelWithRows(3);
@@ -178,7 +180,7 @@ TEST_F(ListWindowOnDesktopTest, TheChordListsTheFileManagersWindowsAndARowClickR
 
 TEST_F(ListWindowOnDesktopTest, TheRoundButtonsActOnTheRealWindowsAndTheListFollows) {
     openFolders({"Documents", "Music", "Pictures"});
-    openTerminalInFront();
+    openInFront("/usr/bin/featherpad", {});
     startTarnwick();
     auto map = showPanelWithRows(3);
     ASSERT_TRUE(map);
@@ -219,12 +221,12 @@ TEST_F(ListWindowOnDesktopTest, TheRoundButtonsActOnTheRealWindowsAndTheListFoll
     ASSERT_TRUE(map);
 
     // Full screen brings the window forward, and with it its application,
-    // which takes the panel away. Back in the terminal, the chord brings the
+    // which takes the panel away. Back in the editor, the chord brings the
     // panel again.
     desktop.click(map->roundButton(1, RoundButton::fullScreen));
     EXPECT_TRUE(eventually([&] { return isFullScreen(1); }));
     EXPECT_TRUE(panelIsGone());
-    bringTerminalToFront();
+    bringFrontApplicationForward();
     map = showPanelWithRows(2);
     ASSERT_TRUE(map);
     desktop.click(map->roundButton(1, RoundButton::fullScreen));
@@ -272,7 +274,7 @@ TEST_F(ListWindowOnDesktopTest, ThePanelStaysAboveAWindowItPutToFullScreen) {
 
 TEST_F(ListWindowOnDesktopTest, TheMenuPicksAnotherApplicationAndKeepsItsGroupingAcrossRestarts) {
     openFolders({"Documents", "Music"});
-    openTerminalInFront();
+    openInFront();
     const std::string terminalIdentifier = "debian-xterm";
     startTarnwick();
 
@@ -328,7 +330,7 @@ TEST_F(ListWindowOnDesktopTest, TheMenuPicksAnotherApplicationAndKeepsItsGroupin
 // than the screen; the panel still fits the screen.
 TEST_F(ListWindowOnDesktopTest, ATitleWiderThanTheScreenKeepsThePanelOnIt) {
     openFolders({"Documents", std::string(240, 'W') + " and the end"});
-    openTerminalInFront();
+    openInFront();
     startTarnwick();
 
     const auto map = showPanelWithRows(2);

@@ -1,6 +1,7 @@
 // The panel on a real desktop: the chord pressed through the X server's test
 // extension brings it up centred on the pointer without taking the focus,
-// and Escape and the pointer's distance take it away.
+// and Escape and the pointer's distance take it away; so too on a display
+// that asks for two device pixels a point.
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -22,6 +23,7 @@
 #include "DesktopDriver.h"
 #include "RunningProgram.h"
 #include "support/ScopedEnvironment.h"
+#include "update/ReleaseFolder.h"
 
 namespace {
 
@@ -59,18 +61,7 @@ std::optional<Geometry> settledPanel(Desktop& desktop, pid_t pid) {
     return settled ? panel : std::nullopt;
 }
 
-// Output of a shell command.
-std::string outputOf(const std::string& command) {
-    std::string output;
-    if (FILE* pipe = ::popen(command.c_str(), "r")) {
-        char buffer[512];
-        while (std::size_t n = std::fread(buffer, 1, sizeof buffer, pipe))
-            output.append(buffer, n);
-        ::pclose(pipe);
-    }
-    return output;
-}
-
+// Gives the input to a command run by the shell.
 void inputTo(const std::string& command, const std::string& input) {
     if (FILE* pipe = ::popen(command.c_str(), "w")) {
         std::fwrite(input.data(), 1, input.size(), pipe);
@@ -82,12 +73,13 @@ void inputTo(const std::string& command, const std::string& input) {
 // desktop's settings do for its programs), put back as they were after it.
 class ScopedXResources {
   public:
-    explicit ScopedXResources(const std::string& lines) : saved_(outputOf("xrdb -query")) {
+    explicit ScopedXResources(const std::string& lines)
+        : saved_(testsupport::outputOf("xrdb -query")) {
         inputTo("xrdb -nocpp -merge", lines);
     }
     ~ScopedXResources() {
         if (saved_.empty())
-            outputOf("xrdb -remove");
+            testsupport::outputOf("xrdb -remove");
         else
             inputTo("xrdb -nocpp -load", saved_);
     }

@@ -263,9 +263,12 @@ TEST_F(ListWindowOnDesktopTest, ThePanelStaysAboveAWindowItPutToFullScreen) {
         << "the panel's frame " << panelFrame << " is covered by "
         << desktop.topmostFrameAt(map->row(0)).value_or(0) << "; the full-screen window's is "
         << desktop.frameOf(windows[1].id);
-    EXPECT_TRUE(e2e::saveScreenshot(map->content(), TARNWICK_ARTIFACTS_DIR
-                                                        "/panel-over-full-screen-" +
-                                                        windowManagerName() + ".png"));
+    // The panel with the full-screen window around it.
+    const auto content = map->content();
+    const Geometry around{content.x - 80, content.y - 60, content.width + 160,
+                          content.height + 120};
+    EXPECT_TRUE(e2e::saveScreenshot(
+        around, TARNWICK_ARTIFACTS_DIR "/panel-over-full-screen-" + windowManagerName() + ".png"));
     desktop.click(map->row(0));
     EXPECT_TRUE(eventually([&] { return desktop.activeWindow() == windows[0].id; }))
         << "the click went to: " << desktop.activeWindow();

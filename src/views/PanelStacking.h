@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QAbstractNativeEventFilter>
 #include <memory>
 
 class QWidget;
@@ -11,21 +12,27 @@ namespace platform::qt::x11 {
 // window, "always on top" ones included, and only the windows transient for
 // it share its place. A panel shown over another program's window is
 // therefore made transient for the window that is active as it shows, and
-// so stays above it, full screen or not. Keeps the stand-in for that window
-// for as long as the panel is transient for it; nothing where Qt doesn't
-// run on X11, and nothing when the active window is the panel's own
-// program's.
-class PanelStacking {
+// for each window that becomes active while it is shown (a window of the
+// same program put to full screen from the panel, say), and so stays above
+// it, full screen or not. Nothing where Qt doesn't run on X11, and nothing
+// for our own program's windows.
+class PanelStacking final : public QAbstractNativeEventFilter {
   public:
     PanelStacking();
-    ~PanelStacking();
+    ~PanelStacking() override;
     PanelStacking(const PanelStacking&) = delete;
     PanelStacking& operator=(const PanelStacking&) = delete;
 
     // Before the panel is shown.
     void stackAboveActiveWindow(QWidget& panel);
 
+    bool nativeEventFilter(const QByteArray& eventType, void* message, qintptr* result) override;
+
   private:
+    void followActiveWindow();
+
+    QWidget* panel_ = nullptr;
+    // The stand-in for the other program's window the panel is transient for.
     std::unique_ptr<QWindow> activeWindow_;
 };
 

@@ -146,6 +146,8 @@ class ListWindowOnDesktopTest : public ::testing::Test {
         return std::find(values.begin(), values.end(), bundleIdentifier) != values.end();
     }
 
+    void putToFullScreenBelowThePanel(int row);
+
     std::vector<ClientWindow> folderWindows() {
         return desktop.clientWindowsOf(fileManager->pid());
     }
@@ -241,9 +243,10 @@ TEST_F(ListWindowOnDesktopTest, TheRoundButtonsActOnTheRealWindowsAndTheListFoll
 
 // Window managers keep the active full-screen window above every other.
 // With the file manager in front, its window put to full screen from the
-// panel stays in front and the panel stays shown: above it, where a click
-// on a row reaches the panel and not the window below.
-TEST_F(ListWindowOnDesktopTest, ThePanelStaysAboveAWindowItPutToFullScreen) {
+// panel, the one in front or another, comes to the front and the panel stays
+// shown: above it, where a click on a row reaches the panel and not the
+// window below.
+void ListWindowOnDesktopTest::putToFullScreenBelowThePanel(int row) {
     openFolders({"Documents", "Music"});
     startTarnwick();
     const auto windows = folderWindows();
@@ -253,26 +256,36 @@ TEST_F(ListWindowOnDesktopTest, ThePanelStaysAboveAWindowItPutToFullScreen) {
     auto map = showPanelWithRows(2);
     ASSERT_TRUE(map);
     const auto panelFrame = desktop.frameOf(*desktop.panelClient(tarnwick->pid()));
-    desktop.click(map->roundButton(1, RoundButton::fullScreen));
+    desktop.click(map->roundButton(row, RoundButton::fullScreen));
     ASSERT_TRUE(
-        eventually([&] { return desktop.hasState(windows[1].id, "_NET_WM_STATE_FULLSCREEN"); }));
+        eventually([&] { return desktop.hasState(windows[row].id, "_NET_WM_STATE_FULLSCREEN"); }));
+    ASSERT_TRUE(eventually([&] { return desktop.activeWindow() == windows[row].id; }));
 
     map = panelWithRows(2);
     ASSERT_TRUE(map) << "the panel went";
-    EXPECT_TRUE(eventually([&] { return desktop.topmostFrameAt(map->row(0)) == panelFrame; }))
+    const int other = 1 - row;
+    EXPECT_TRUE(eventually([&] { return desktop.topmostFrameAt(map->row(other)) == panelFrame; }))
         << "the panel's frame " << panelFrame << " is covered by "
-        << desktop.topmostFrameAt(map->row(0)).value_or(0) << "; the full-screen window's is "
-        << desktop.frameOf(windows[1].id);
+        << desktop.topmostFrameAt(map->row(other)).value_or(0) << "; the full-screen window's is "
+        << desktop.frameOf(windows[row].id);
     // The panel with the full-screen window around it.
     const auto content = map->content();
     const Geometry around{content.x - 80, content.y - 60, content.width + 160,
                           content.height + 120};
     EXPECT_TRUE(e2e::saveScreenshot(
         around, TARNWICK_ARTIFACTS_DIR "/panel-over-full-screen-" + windowManagerName() + ".png"));
-    desktop.click(map->row(0));
-    EXPECT_TRUE(eventually([&] { return desktop.activeWindow() == windows[0].id; }))
+    desktop.click(map->row(other));
+    EXPECT_TRUE(eventually([&] { return desktop.activeWindow() == windows[other].id; }))
         << "the click went to: " << desktop.activeWindow();
     stopTarnwick();
+}
+
+TEST_F(ListWindowOnDesktopTest, ThePanelStaysAboveTheWindowInFrontPutToFullScreen) {
+    putToFullScreenBelowThePanel(1);
+}
+
+TEST_F(ListWindowOnDesktopTest, ThePanelStaysAboveAnotherWindowPutToFullScreen) {
+    putToFullScreenBelowThePanel(0);
 }
 
 TEST_F(ListWindowOnDesktopTest, TheMenuPicksAnotherApplicationAndKeepsItsGroupingAcrossRestarts) {

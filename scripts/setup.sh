@@ -24,6 +24,8 @@ packages=(
   libxcb-damage0-dev libatspi2.0-dev at-spi2-core dbus-daemon
   # a desktop to run on and test against
   xvfb xauth openbox x11-utils x11-xkb-utils xdotool xterm pcmanfm tint2
+  # a GTK editor whose settings entry runs the same program as its own entry
+  mousepad
   dbus-x11 imagemagick strace procps
   # a second window manager, and a GTK and a Qt application, for the panel's
   # end-to-end tests

@@ -27,6 +27,9 @@ packages=(
   # a GTK editor whose settings entry runs the same program as its own entry
   mousepad
   dbus-x11 imagemagick strace procps
+  # a second window manager, and a GTK and a Qt application, for the panel's
+  # end-to-end tests
+  icewm mousepad featherpad
   # packaging and its checks: the package's dependencies, lint, the desktop's
   # files, the manual page; a status-notifier tray host to test against
   dpkg-dev lintian desktop-file-utils appstream man-db haskell-gtk-sni-tray-utils

@@ -1,11 +1,20 @@
 #!/usr/bin/env bash
-# Runs a command on a new virtual desktop: an Xvfb server with the openbox
-# window manager. The desktop is stopped when the command ends, and the
+# Runs a command on a new virtual desktop: an Xvfb server with a window
+# manager, openbox unless TARNWICK_WM names another one that the tests know
+# (openbox, icewm). The desktop is stopped when the command ends, and the
 # command's exit status is returned.
-#   scripts/virtual-desktop.sh [--keep-open] COMMAND [ARGS...]
+#   [TARNWICK_WM=icewm] scripts/virtual-desktop.sh [--keep-open] COMMAND [ARGS...]
 set -euo pipefail
 
 keep_open=0
+wm=${TARNWICK_WM:-openbox}
+case "$wm" in
+  openbox) wm_command=(openbox --sm-disable) ;;
+  # With an empty folder of its own for preferences (below): the same
+  # desktop whoever runs it.
+  icewm) wm_command=(icewm --client-id=) ;;
+  *) echo "virtual-desktop: unknown window manager \"$wm\" (openbox, icewm)" >&2; exit 2 ;;
+esac
 if [ "${1:-}" = "--keep-open" ]; then keep_open=1; shift; fi
 
 workdir=$(mktemp -d /tmp/tarnwick-desktop.XXXXXX)
@@ -34,12 +43,12 @@ wm_runs() { xprop -root _NET_SUPPORTING_WM_CHECK 2>/dev/null | grep -q 'window i
 for _ in $(seq 1 600); do
   wm_runs && break
   if [ -z "$wm_pid" ] || ! kill -0 "$wm_pid" 2>/dev/null; then
-    openbox --sm-disable >>"$workdir/openbox.log" 2>&1 &
+    ICEWM_PRIVCFG="$workdir/icewm" "${wm_command[@]}" >>"$workdir/wm.log" 2>&1 &
     wm_pid=$!
   fi
   sleep 0.05
 done
-wm_runs || { echo "virtual-desktop: openbox did not start" >&2; cat "$workdir/openbox.log" >&2; exit 1; }
+wm_runs || { echo "virtual-desktop: $wm did not start" >&2; cat "$workdir/wm.log" >&2; exit 1; }
 
 status=0
 "$@" || status=$?

@@ -12,6 +12,7 @@
 #include "views/QtStatusBar.h"
 #include "views/QtToolkit.h"
 #include "views/QtUpdateUserDriver.h"
+#include "views/ScreenCoordinates.h"
 
 namespace tarnwick {
 
@@ -60,6 +61,9 @@ class LinuxDesktop final : public PlatformAssembly {
         options.mainBundle.version = build::number;
         options.mainBundle.copyright = build::copyright;
         options.mainBundle.helpersDirectory = build::helpersFromProgram;
+        // The pointer comes in the server's device pixels; our windows are
+        // placed in Qt's points.
+        options.pixelsPerPoint = platform::qt::ScreenCoordinates::pixelsPerPoint;
         auto desktop =
             platform::x11::X11Desktop::open(loop, std::move(options), std::move(display));
         // The display opened a moment ago; failing now is no state to go on from.

@@ -173,6 +173,10 @@ void QtWindow::show(bool activating) {
         prepareForShow_(widget_.get());
     widget_->setAttribute(Qt::WA_ShowWithoutActivating, !activating);
     awaitingDecoration_ = !widget_->isVisible();
+    if (kind_ == Kind::panel && awaitingDecoration_) {
+        widget_->winId();
+        stacking_.stackAboveActiveWindow(*widget_);
+    }
     widget_->show();
     keepPlacedOrigin();
     widget_->raise();

@@ -7,6 +7,7 @@
 #include <string>
 
 #include "platform/Window.h"
+#include "views/PanelStacking.h"
 
 class QRect;
 class QVBoxLayout;
@@ -88,6 +89,7 @@ class QtWindow final : public Window {
     std::unique_ptr<Widget> widget_;
     QVBoxLayout* layout_;
     std::shared_ptr<ContentView> contentView_;
+    x11::PanelStacking stacking_;
 };
 
 }  // namespace platform::qt

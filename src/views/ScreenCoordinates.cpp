@@ -11,6 +11,11 @@ ScreenCoordinates ScreenCoordinates::ofPrimaryScreen() {
     return ScreenCoordinates(screen ? screen->geometry() : QRect());
 }
 
+double ScreenCoordinates::pixelsPerPoint() {
+    const QScreen* screen = QGuiApplication::primaryScreen();
+    return screen ? screen->devicePixelRatio() : 1.0;
+}
+
 CGRect ScreenCoordinates::toBottomLeft(const QRect& rect) const {
     const double x = rect.x() - primary_.x();
     const double y = bottom() - (rect.y() + rect.height());

@@ -1,6 +1,7 @@
 #include "views/WindowFrameExtents.h"
 
 #include <QWidget>
+#include <cmath>
 
 #if defined(__linux__)
 #include "platform/x11/X11Connection.h"
@@ -38,10 +39,14 @@ std::optional<QMargins> frameExtents(QWidget& window) {
                    xcb_get_property(connection, 0, id, property, XCB_ATOM_CARDINAL, 0, 4));
     if (!extents || extents->format != 32 || xcb_get_property_value_length(extents.get()) != 16)
         return std::nullopt;
-    // Left, right, top, bottom.
+    // Left, right, top, bottom, in the server's device pixels; the window
+    // is placed in Qt's points.
     const auto* sides = static_cast<const std::uint32_t*>(xcb_get_property_value(extents.get()));
-    return QMargins(static_cast<int>(sides[0]), static_cast<int>(sides[2]),
-                    static_cast<int>(sides[1]), static_cast<int>(sides[3]));
+    const double pixelsPerPoint = window.devicePixelRatioF() > 0 ? window.devicePixelRatioF() : 1.0;
+    const auto inPoints = [pixelsPerPoint](std::uint32_t pixels) {
+        return static_cast<int>(std::lround(pixels / pixelsPerPoint));
+    };
+    return QMargins(inPoints(sides[0]), inPoints(sides[2]), inPoints(sides[1]), inPoints(sides[3]));
 }
 
 #else

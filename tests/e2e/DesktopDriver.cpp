@@ -155,20 +155,42 @@ bool Desktop::hasState(xcb_window_t window, const char* state) {
     return false;
 }
 
+// The window manager's list of the windows it manages: not the windows of
+// ours that sit elsewhere (a tray's icon, say), whatever their names.
 std::optional<xcb_window_t> Desktop::panelClient(pid_t pid) {
-    for (const auto frame : children(root_)) {
-        for (const auto child : children(frame)) {
-            if (isOurPanel(child, pid))
-                return child;
-        }
+    for (auto window : property(root_, "_NET_CLIENT_LIST", XCB_ATOM_WINDOW, 1024)) {
+        if (isOurPanel(window, pid))
+            return window;
     }
     return std::nullopt;
 }
 
+// Window managers nest the client in their frame as deep as they like; the
+// frame is its ancestor just below the root.
 std::optional<Geometry> Desktop::shownPanel(pid_t pid) {
-    for (const auto frame : children(root_)) {
-        if (auto found = panelUnder(frame, pid))
-            return found;
+    const auto client = panelClient(pid);
+    return client ? std::optional(geometry(frameOf(*client))) : std::nullopt;
+}
+
+xcb_window_t Desktop::frameOf(xcb_window_t client) {
+    auto window = client;
+    for (auto parent = parentOf(window); parent && *parent != root_; parent = parentOf(*parent))
+        window = *parent;
+    return window;
+}
+
+// The root's children come bottom first. Some window managers make their
+// frames override-redirect, so those count like any other.
+std::optional<xcb_window_t> Desktop::topmostFrameAt(Point point) {
+    const auto frames = children(root_);
+    for (auto it = frames.rbegin(); it != frames.rend(); ++it) {
+        if (!isViewable(*it))
+            continue;
+        const auto area = geometry(*it);
+        if (point.x >= area.x && point.x < area.x + area.width && point.y >= area.y &&
+            point.y < area.y + area.height) {
+            return *it;
+        }
     }
     return std::nullopt;
 }
@@ -224,14 +246,10 @@ Screenshot Desktop::capture(Geometry region) {
     return Screenshot(region, std::move(pixels));
 }
 
-std::optional<Geometry> Desktop::panelUnder(xcb_window_t frame, pid_t pid) {
-    if (isOurPanel(frame, pid))
-        return geometry(frame);
-    for (const auto child : children(frame)) {
-        if (isOurPanel(child, pid))
-            return geometry(frame);
-    }
-    return std::nullopt;
+std::optional<xcb_window_t> Desktop::parentOf(xcb_window_t window) {
+    auto tree =
+        own(xcb_query_tree_reply(connection_, xcb_query_tree(connection_, window), nullptr));
+    return tree ? std::optional(tree->parent) : std::nullopt;
 }
 
 bool Desktop::isOurPanel(xcb_window_t window, pid_t pid) {

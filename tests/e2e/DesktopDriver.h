@@ -72,6 +72,11 @@ class Desktop {
     // The icon of the program of that window class inside the tray host's
     // window (a window of class "tint2" below the root), once it is there.
     std::optional<Geometry> trayIconOf(const std::string& windowClass);
+    // The frame (the window just below the root) of the client window.
+    xcb_window_t frameOf(xcb_window_t client);
+    // The topmost shown window just below the root that covers the point:
+    // the frame of what a click there reaches (or an open pop-up menu).
+    std::optional<xcb_window_t> topmostFrameAt(Point point);
     // The process's open pop-up menus, the topmost last.
     std::vector<Geometry> popupsOf(pid_t pid);
 
@@ -84,7 +89,7 @@ class Desktop {
     Screenshot capture(Geometry region);
 
   private:
-    std::optional<Geometry> panelUnder(xcb_window_t frame, pid_t pid);
+    std::optional<xcb_window_t> parentOf(xcb_window_t window);
     bool isOurPanel(xcb_window_t window, pid_t pid);
     bool isViewable(xcb_window_t window, bool* overrideRedirect = nullptr);
     pid_t ownerOf(xcb_window_t window);

@@ -1,12 +1,15 @@
 // The list of windows with real applications: the file manager's windows on
 // the panel, a click that raises one, the round buttons acting on the real
 // windows, another application picked from the menu, and the menu's grouping
-// commands kept in the preference file across a restart.
+// commands kept in the preference file across a restart. The application in
+// front is a terminal, a GTK editor or a Qt editor; the tests run under two
+// window managers (see CMakeLists.txt).
 #include <gtest/gtest.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <csignal>
+#include <cstdlib>
 #include <filesystem>
 #include <memory>
 #include <optional>
@@ -29,6 +32,12 @@ using RoundButton = e2e::PanelMap::RoundButton;
 
 constexpr const char* favoriteAppsKey = "harrowmere.favoriteApps";
 constexpr const char* hiddenAppsKey = "harrowmere.hiddenApps";
+
+// The window manager the virtual desktop runs, for the screenshots' names.
+std::string windowManagerName() {
+    const char* name = std::getenv("TARNWICK_WM");
+    return name && *name ? name : "openbox";
+}
 
 Geometry enclosing(Geometry a, Geometry b) {
     const int left = std::min(a.x, b.x), top = std::min(a.y, b.y);
@@ -63,19 +72,19 @@ class ListWindowOnDesktopTest : public ::testing::Test {
         }
     }
 
-    // A terminal, at the front: the application the user is in when the
-    // chord is pressed.
-    void openTerminalInFront() {
-        terminal = std::make_unique<e2e::RunningProgram>(
-            "/usr/bin/xterm", std::vector<std::string>{"-T", "A terminal"});
-        ASSERT_TRUE(
-            eventually([&] { return !desktop.clientWindowsOf(terminal->pid()).empty(); }, 10));
-        bringTerminalToFront();
+    // Another application at the front: the one the user is in when the
+    // chord is pressed. A terminal by default; the toolkits' own editors
+    // (GTK's, Qt's) where a test says which.
+    void openInFront(const std::string& program = "/usr/bin/xterm",
+                     const std::vector<std::string>& arguments = {"-T", "A terminal"}) {
+        front = std::make_unique<e2e::RunningProgram>(program, arguments);
+        ASSERT_TRUE(eventually([&] { return !desktop.clientWindowsOf(front->pid()).empty(); }, 10));
+        bringFrontApplicationForward();
     }
 
-    void bringTerminalToFront() {
-        ASSERT_TRUE(desktop.activateWindowOf(terminal->pid()));
-        ASSERT_TRUE(eventually([&] { return desktop.activeProcess() == terminal->pid(); }));
+    void bringFrontApplicationForward() {
+        ASSERT_TRUE(desktop.activateWindowOf(front->pid()));
+        ASSERT_TRUE(eventually([&] { return desktop.activeProcess() == front->pid(); }));
     }
 
     void startTarnwick() {
@@ -137,6 +146,8 @@ class ListWindowOnDesktopTest : public ::testing::Test {
         return std::find(values.begin(), values.end(), bundleIdentifier) != values.end();
     }
 
+    void putToFullScreenBelowThePanel(int row);
+
     std::vector<ClientWindow> folderWindows() {
         return desktop.clientWindowsOf(fileManager->pid());
     }
@@ -146,7 +157,7 @@ class ListWindowOnDesktopTest : public ::testing::Test {
         std::filesystem::temp_directory_path() / ("tarnwick-folders-" + std::to_string(::getpid()));
     e2e::Desktop desktop;
     std::unique_ptr<e2e::RunningProgram> fileManager;
-    std::unique_ptr<e2e::RunningProgram> terminal;
+    std::unique_ptr<e2e::RunningProgram> front;
     std::unique_ptr<e2e::RunningProgram> tarnwick;
 };
 
@@ -154,7 +165,7 @@ class ListWindowOnDesktopTest : public ::testing::Test {
 
 TEST_F(ListWindowOnDesktopTest, TheChordListsTheFileManagersWindowsAndARowClickRaisesOne) {
     openFolders({"Documents", "Music", "Pictures"});
-    openTerminalInFront();
+    openInFront("/usr/bin/mousepad", {});
     startTarnwick();
 
     const auto map = showPanelWithRows(3);
@@ -171,7 +182,7 @@ TEST_F(ListWindowOnDesktopTest, TheChordListsTheFileManagersWindowsAndARowClickR
 
 TEST_F(ListWindowOnDesktopTest, TheRoundButtonsActOnTheRealWindowsAndTheListFollows) {
     openFolders({"Documents", "Music", "Pictures"});
-    openTerminalInFront();
+    openInFront("/usr/bin/featherpad", {});
     startTarnwick();
     auto map = showPanelWithRows(3);
     ASSERT_TRUE(map);
@@ -212,12 +223,12 @@ TEST_F(ListWindowOnDesktopTest, TheRoundButtonsActOnTheRealWindowsAndTheListFoll
     ASSERT_TRUE(map);
 
     // Full screen brings the window forward, and with it its application,
-    // which takes the panel away. Back in the terminal, the chord brings the
+    // which takes the panel away. Back in the editor, the chord brings the
     // panel again.
     desktop.click(map->roundButton(1, RoundButton::fullScreen));
     EXPECT_TRUE(eventually([&] { return isFullScreen(1); }));
     EXPECT_TRUE(panelIsGone());
-    bringTerminalToFront();
+    bringFrontApplicationForward();
     map = showPanelWithRows(2);
     ASSERT_TRUE(map);
     desktop.click(map->roundButton(1, RoundButton::fullScreen));
@@ -230,11 +241,58 @@ TEST_F(ListWindowOnDesktopTest, TheRoundButtonsActOnTheRealWindowsAndTheListFoll
     stopTarnwick();
 }
 
+// Window managers keep the active full-screen window above every other.
+// With the file manager in front, its window put to full screen from the
+// panel, the one in front or another, comes to the front and the panel stays
+// shown: above it, where a click on a row reaches the panel and not the
+// window below.
+void ListWindowOnDesktopTest::putToFullScreenBelowThePanel(int row) {
+    openFolders({"Documents", "Music"});
+    startTarnwick();
+    const auto windows = folderWindows();
+    ASSERT_EQ(windows.size(), 2u);
+    desktop.activate(windows[1].id);
+    ASSERT_TRUE(eventually([&] { return desktop.activeWindow() == windows[1].id; }));
+    auto map = showPanelWithRows(2);
+    ASSERT_TRUE(map);
+    const auto panelFrame = desktop.frameOf(*desktop.panelClient(tarnwick->pid()));
+    desktop.click(map->roundButton(row, RoundButton::fullScreen));
+    ASSERT_TRUE(
+        eventually([&] { return desktop.hasState(windows[row].id, "_NET_WM_STATE_FULLSCREEN"); }));
+    ASSERT_TRUE(eventually([&] { return desktop.activeWindow() == windows[row].id; }));
+
+    map = panelWithRows(2);
+    ASSERT_TRUE(map) << "the panel went";
+    const int other = 1 - row;
+    EXPECT_TRUE(eventually([&] { return desktop.topmostFrameAt(map->row(other)) == panelFrame; }))
+        << "the panel's frame " << panelFrame << " is covered by "
+        << desktop.topmostFrameAt(map->row(other)).value_or(0) << "; the full-screen window's is "
+        << desktop.frameOf(windows[row].id);
+    // The panel with the full-screen window around it.
+    const auto content = map->content();
+    const Geometry around{content.x - 80, content.y - 60, content.width + 160,
+                          content.height + 120};
+    EXPECT_TRUE(e2e::saveScreenshot(
+        around, TARNWICK_ARTIFACTS_DIR "/panel-over-full-screen-" + windowManagerName() + ".png"));
+    desktop.click(map->row(other));
+    EXPECT_TRUE(eventually([&] { return desktop.activeWindow() == windows[other].id; }))
+        << "the click went to: " << desktop.activeWindow();
+    stopTarnwick();
+}
+
+TEST_F(ListWindowOnDesktopTest, ThePanelStaysAboveTheWindowInFrontPutToFullScreen) {
+    putToFullScreenBelowThePanel(1);
+}
+
+TEST_F(ListWindowOnDesktopTest, ThePanelStaysAboveAnotherWindowPutToFullScreen) {
+    putToFullScreenBelowThePanel(0);
+}
+
 // The file manager ended by force is started again by the program, and the
 // list follows the new process: its windows are listed, not an error.
 TEST_F(ListWindowOnDesktopTest, TheFileManagerEndedByForceIsStartedAgainAndListedAgain) {
     openFolders({"Documents"});
-    openTerminalInFront();
+    openInFront();
     startTarnwick();
     ASSERT_TRUE(showPanelWithRows(1));
     desktop.tap(e2e::escapeKey);
@@ -282,7 +340,7 @@ TEST_F(ListWindowOnDesktopTest, TheFileManagerEndedByForceIsStartedAgainAndListe
 
 TEST_F(ListWindowOnDesktopTest, TheMenuPicksAnotherApplicationAndKeepsItsGroupingAcrossRestarts) {
     openFolders({"Documents", "Music"});
-    openTerminalInFront();
+    openInFront();
     const std::string terminalIdentifier = "debian-xterm";
     startTarnwick();
 
@@ -338,7 +396,7 @@ TEST_F(ListWindowOnDesktopTest, TheMenuPicksAnotherApplicationAndKeepsItsGroupin
 // than the screen; the panel still fits the screen.
 TEST_F(ListWindowOnDesktopTest, ATitleWiderThanTheScreenKeepsThePanelOnIt) {
     openFolders({"Documents", std::string(240, 'W') + " and the end"});
-    openTerminalInFront();
+    openInFront();
     startTarnwick();
 
     const auto map = showPanelWithRows(2);

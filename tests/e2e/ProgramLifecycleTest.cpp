@@ -1,10 +1,13 @@
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <csignal>
 #include <cstdlib>
 #include <regex>
 
+#include "PreferenceFile.h"
 #include "RunningProgram.h"
+#include "update/LoopbackServer.h"
 
 using e2e::ExitStatus;
 using e2e::RunningProgram;
@@ -76,4 +79,35 @@ TEST(ProgramLifecycle, PlainStartOnTheDisplayQuitsCleanlyOnTermAndInterrupt) {
     const e2e::PrivateFolders folders;
     EXPECT_EQ(startThenStop({}, SIGTERM), exitedWith(0));
     EXPECT_EQ(startThenStop({}, SIGINT), exitedWith(0));
+}
+
+// A daily update check that was due runs at start; its server never answers.
+// A stop then ends the program cleanly, without waiting on the check (the
+// time it took is kept in the test's report).
+TEST(ProgramLifecycle, AStopDuringAnUnansweredUpdateCheckEndsCleanly) {
+    if (!haveDisplay())
+        GTEST_SKIP() << "needs an X display";
+    using Behaviour = testsupport::LoopbackServer::Response::Behaviour;
+    testsupport::LoopbackServer server;
+    server.serve("/appcast.xml", {.body = "never sent", .behaviour = Behaviour::silent});
+    const e2e::PrivateFolders folders;
+    const auto longAgo = std::chrono::system_clock::now() - std::chrono::hours(25);
+    e2e::writePreferenceFile(folders.preferenceFile(), {{"SUFeedURL", server.url("/appcast.xml")},
+                                                        {"SUHasLaunchedBefore", true},
+                                                        {"SUEnableAutomaticChecks", true},
+                                                        {"SULastCheckTime", longAgo},
+                                                        {"needsShowingInstructions", false}});
+    RunningProgram program(e2e::tarnwickExecutable(), {});
+    ASSERT_TRUE(program.waitUntilHandling(SIGTERM, 20)) << program.standardError();
+    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(20);
+    while (server.requests().empty() && std::chrono::steady_clock::now() < deadline)
+        program.waitForExit(0.05);
+    ASSERT_EQ(server.requests().size(), 1u) << "the due check did not start";
+
+    const auto stopped = std::chrono::steady_clock::now();
+    program.sendSignal(SIGTERM);
+    EXPECT_EQ(program.waitForExit(20), exitedWith(0)) << program.standardError();
+    const std::chrono::duration<double, std::milli> took =
+        std::chrono::steady_clock::now() - stopped;
+    ::testing::Test::RecordProperty("stop_ms", std::to_string(took.count()));
 }

@@ -66,6 +66,8 @@ class X11Desktop {
         xdg::DesktopEntryDirectories directories = xdg::DesktopEntryDirectories::fromEnvironment();
         // Empty for the preferences file's usual place.
         std::filesystem::path preferencesPath;
+        // The toolkit's device pixels per point; empty for one.
+        X11EventMonitors::PixelsPerPoint pixelsPerPoint;
     };
 
     // Nothing when the display can't be opened. The input side uses the

@@ -2,8 +2,30 @@
 
 namespace platform::x11 {
 
-X11EventMonitors::X11EventMonitors(X11RawInput* input, OurWindowIsActive ourWindowIsActive)
-    : input_(input), ourWindowIsActive_(std::move(ourWindowIsActive)) {}
+X11EventMonitors::X11EventMonitors(X11RawInput* input, OurWindowIsActive ourWindowIsActive,
+                                   PixelsPerPoint pixelsPerPoint)
+    : input_(input),
+      ourWindowIsActive_(std::move(ourWindowIsActive)),
+      pixelsPerPoint_(std::move(pixelsPerPoint)) {}
+
+CGPoint X11EventMonitors::inPoints(CGPoint devicePixels) const {
+    const double scale = pixelsPerPoint_ ? pixelsPerPoint_() : 1.0;
+    if (!(scale > 0) || scale == 1.0)
+        return devicePixels;
+    return CGPoint{devicePixels.x / scale, devicePixels.y / scale};
+}
+
+// Only mouse events carry a location; key events pass as they came.
+template <typename Handler>
+auto X11EventMonitors::deliverInPoints(const Handler& handler, const Event& event) const {
+    if (event.type == EventType::keyDown || event.type == EventType::keyUp ||
+        event.type == EventType::flagsChanged) {
+        return handler(event);
+    }
+    Event inPointsEvent = event;
+    inPointsEvent.locationInScreen = inPoints(event.locationInScreen);
+    return handler(inPointsEvent);
+}
 
 X11EventMonitors::OurWindowIsActive X11EventMonitors::activeProcessIs(
     const X11ActiveWindowTracker& tracker, pid_t pid) {
@@ -15,7 +37,7 @@ Token X11EventMonitors::addGlobalMonitor(EventMask mask, GlobalHandler handler) 
         return Token{};
     return input_->addListener(mask, [this, handler = std::move(handler)](const Event& event) {
         if (!ourWindowIsActive_())
-            handler(event);
+            deliverInPoints(handler, event);
     });
 }
 
@@ -24,7 +46,7 @@ Token X11EventMonitors::addLocalMonitor(EventMask mask, LocalHandler handler) {
         return Token{};
     return input_->addListener(mask, [this, handler = std::move(handler)](const Event& event) {
         if (ourWindowIsActive_())
-            handler(event);
+            deliverInPoints(handler, event);
     });
 }
 
@@ -34,7 +56,7 @@ void X11EventMonitors::removeMonitor(Token monitor) {
 }
 
 CGPoint X11EventMonitors::mouseLocation() const {
-    return input_ ? input_->mouseLocation() : CGPoint{};
+    return input_ ? inPoints(input_->mouseLocation()) : CGPoint{};
 }
 
 ModifierFlags X11EventMonitors::modifierFlags() const {

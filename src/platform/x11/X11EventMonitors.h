@@ -18,9 +18,13 @@ class X11EventMonitors final : public EventMonitors {
   public:
     // Whether the active window is one of ours.
     using OurWindowIsActive = std::function<bool()>;
+    // Device pixels per point, asked afresh each time (a display's scale
+    // may change while the program runs); none means one.
+    using PixelsPerPoint = std::function<double()>;
 
     // Without raw input every monitor is refused.
-    X11EventMonitors(X11RawInput* input, OurWindowIsActive ourWindowIsActive);
+    X11EventMonitors(X11RawInput* input, OurWindowIsActive ourWindowIsActive,
+                     PixelsPerPoint pixelsPerPoint = {});
 
     // The usual test: the active window's process is this one.
     static OurWindowIsActive activeProcessIs(const X11ActiveWindowTracker& tracker, pid_t pid);
@@ -33,8 +37,13 @@ class X11EventMonitors final : public EventMonitors {
     ModifierFlags modifierFlags() const override;
 
   private:
+    CGPoint inPoints(CGPoint devicePixels) const;
+    template <typename Handler>
+    auto deliverInPoints(const Handler& handler, const Event& event) const;
+
     X11RawInput* input_;
     OurWindowIsActive ourWindowIsActive_;
+    PixelsPerPoint pixelsPerPoint_;
 };
 
 }  // namespace platform::x11

@@ -176,6 +176,8 @@ void RootCoordinator::handleShortcutEvent(const platform::Event& event) {
 }
 
 void RootCoordinator::presentListWindow() {
+    // The content is brought up to date first: its size places the panel.
+    listWindowView_->willPresent();
     placeListWindowAtMouse();
     mainWindowController().window()->setAlphaValue(1.0);
     mainWindowController().showWindow();

@@ -1,10 +1,26 @@
 #include "views/ListWindowWidget.h"
 
+#include <QGuiApplication>
+#include <QLayout>
+#include <QPushButton>
+#include <QScreen>
 #include <QVBoxLayout>
 
+#include "views/ListWindowRowList.h"
 #include "views/ListWindowTrees.h"
+#include "views/PanelLayout.h"
 
 namespace platform::qt {
+
+namespace {
+
+using tarnwick::ListWindowView;
+using namespace panelLayout;
+
+// What the panel holds above and below its rows.
+constexpr int chromeAroundRows = 2 * scenePadding + menuButtonHeight + sectionSpacing;
+
+}  // namespace
 
 ListWindowWidget::ListWindowWidget(ContentProvider provider, quillbox::Signal<>& changed,
                                    tarnwick::ListWindowView::ListRow::Coordinator& coordinator,
@@ -15,23 +31,130 @@ ListWindowWidget::ListWindowWidget(ContentProvider provider, quillbox::Signal<>&
       permissionView_(permissionView) {
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
-    changes_ = changed.connect([this] { redraw(); });
-    redraw();
+    changes_ = changed.connect([this] { markStale(); });
+    apply(true);
 }
 
 ListWindowWidget::~ListWindowWidget() = default;
 
-// The old tree may be the sender of the change, in the middle of a click:
-// it is hidden now and deleted once control is back in the event loop.
+void ListWindowWidget::follow(tarnwick::ListWindowView& view) {
+    windowChanges_ = view.windowChanged().connect([this](std::size_t windowId) {
+        changedWindows_.insert(windowId);
+        markStale();
+    });
+    presentations_ = view.presenting().connect([this] { redraw(); });
+}
+
+void ListWindowWidget::markStale() {
+    stale_ = true;
+    if (isVisible())
+        applySoon();
+}
+
+// However many changes come in one turn, the content is computed and
+// drawn once, in the next.
+void ListWindowWidget::applySoon() {
+    if (applyPosted_)
+        return;
+    applyPosted_ = true;
+    QMetaObject::invokeMethod(
+        this,
+        [this] {
+            applyPosted_ = false;
+            if (stale_ && isVisible())
+                apply(false);
+        },
+        Qt::QueuedConnection);
+}
+
 void ListWindowWidget::redraw() {
-    QWidget* next = buildListWindowTree(provider_(), coordinator_, permissionView_, this);
-    if (tree_) {
-        tree_->hide();
-        layout()->removeWidget(tree_);
-        tree_->deleteLater();
+    apply(true);
+    // The panel is placed by its size: it is worked out now, not when the
+    // layout's own turn comes.
+    if (QWidget* top = window(); top && top->layout())
+        top->layout()->activate();
+}
+
+// A panel shown by other means than a presentation still draws what is
+// true now.
+void ListWindowWidget::showEvent(QShowEvent* event) {
+    QWidget::showEvent(event);
+    if (stale_)
+        apply(false);
+}
+
+void ListWindowWidget::apply(bool redrawAll) {
+    stale_ = false;
+    const Content content = provider_();
+    if (content.tree == ListWindowView::Tree::menuAndList) {
+        updateMenuAndList(content, redrawAll);
+    } else {
+        replaceTree(buildListWindowTree(content, permissionView_, this));
     }
+    treeKind_ = content.tree;
+    changedWindows_.clear();
+}
+
+void ListWindowWidget::replaceTree(QWidget* next) {
+    retire(tree_);
     layout()->addWidget(next);
     tree_ = next;
+    menuButton_ = nullptr;
+    menu_.reset();
+    emptyText_ = nullptr;
+    rowList_ = nullptr;
+}
+
+// The menu is built again only when it would look different, so that an
+// open menu stays open through a change of the rows; the rows themselves
+// are kept by identity.
+void ListWindowWidget::updateMenuAndList(const Content& content, bool redrawAll) {
+    if (treeKind_ != ListWindowView::Tree::menuAndList || !tree_) {
+        auto* tree = new QWidget(this);
+        auto* layout = new QVBoxLayout(tree);
+        layout->setContentsMargins(scenePadding, scenePadding, scenePadding, scenePadding);
+        layout->setSpacing(sectionSpacing);
+        replaceTree(tree);
+    }
+    auto* layout = static_cast<QVBoxLayout*>(tree_->layout());
+    if (!menu_ || !menu_->looksLike(content.menu)) {
+        QPushButton* button = buildMenuButton(content.menu, tree_);
+        if (menuButton_) {
+            layout->replaceWidget(menuButton_, button);
+            retire(menuButton_);
+        } else {
+            layout->insertWidget(0, button);
+        }
+        menuButton_ = button;
+        menu_ = content.menu;
+    }
+    if (content.emptyText) {
+        retire(rowList_);
+        rowList_ = nullptr;
+        retire(emptyText_);
+        emptyText_ = buildEmptyText(*content.emptyText, tree_);
+        layout->addWidget(emptyText_);
+        return;
+    }
+    retire(emptyText_);
+    emptyText_ = nullptr;
+    if (!rowList_) {
+        rowList_ = new ListWindowRowList(coordinator_, tree_);
+        layout->addWidget(rowList_);
+    }
+    rowList_->setMaximumListHeight(listHeightLimit());
+    rowList_->apply(content.rows, changedWindows_, redrawAll);
+}
+
+// The panel is never taller than the work area of its screen: the rows
+// take what the menu and the paddings leave.
+int ListWindowWidget::listHeightLimit() const {
+    const QScreen* shownOn = window() ? window()->screen() : nullptr;
+    if (!shownOn)
+        shownOn = QGuiApplication::primaryScreen();
+    if (!shownOn)
+        return QWIDGETSIZE_MAX;
+    return shownOn->availableGeometry().height() - chromeAroundRows;
 }
 
 }  // namespace platform::qt

@@ -5,10 +5,15 @@
 #include <QPushButton>
 #include <QScreen>
 #include <QVBoxLayout>
+#include <QWindow>
 
 #include "views/ListWindowRowList.h"
 #include "views/ListWindowTrees.h"
 #include "views/PanelLayout.h"
+
+#if defined(__linux__)
+#include "views/QtX11Connection.h"
+#endif
 
 namespace platform::qt {
 
@@ -81,6 +86,23 @@ void ListWindowWidget::showEvent(QShowEvent* event) {
     QWidget::showEvent(event);
     if (stale_)
         apply(false);
+    sendOpacityAtOnce();
+}
+
+// Qt leaves the opacity it writes to the window in the connection's buffer
+// until something else sends it, which a panel that only fades may not do
+// for a long while: the fade that follows the pointer is sent at each step.
+void ListWindowWidget::sendOpacityAtOnce() {
+#if defined(__linux__)
+    QWindow* handle = window() ? window()->windowHandle() : nullptr;
+    if (!handle || handle == opacityFollowed_)
+        return;
+    opacityFollowed_ = handle;
+    connect(handle, &QWindow::opacityChanged, this, [this] {
+        if (xcb_connection_t* connection = x11::connectionFor(*window()))
+            xcb_flush(connection);
+    });
+#endif
 }
 
 void ListWindowWidget::apply(bool redrawAll) {

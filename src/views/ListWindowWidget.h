@@ -13,6 +13,7 @@
 #include "support/Signal.h"
 
 class QPushButton;
+class QWindow;
 
 namespace platform::qt {
 
@@ -58,6 +59,7 @@ class ListWindowWidget final : public QWidget {
     void replaceTree(QWidget* next);
     void updateMenuAndList(const Content& content, bool redrawAll);
     int listHeightLimit() const;
+    void sendOpacityAtOnce();
 
     ContentProvider provider_;
     tarnwick::ListWindowView::ListRow::Coordinator& coordinator_;
@@ -71,6 +73,7 @@ class ListWindowWidget final : public QWidget {
     bool stale_ = false;
     bool applyPosted_ = false;
     std::unordered_set<std::size_t> changedWindows_;
+    QPointer<QWindow> opacityFollowed_;
     platform::Subscription changes_;
     platform::Subscription windowChanges_;
     platform::Subscription presentations_;

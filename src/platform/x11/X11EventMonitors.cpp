@@ -15,7 +15,7 @@ Token X11EventMonitors::addGlobalMonitor(EventMask mask, GlobalHandler handler) 
         return Token{};
     return input_->addListener(mask, [this, handler = std::move(handler)](const Event& event) {
         if (!ourWindowIsActive_())
-            handler(event);
+            deliver(handler, event);
     });
 }
 
@@ -24,8 +24,20 @@ Token X11EventMonitors::addLocalMonitor(EventMask mask, LocalHandler handler) {
         return Token{};
     return input_->addListener(mask, [this, handler = std::move(handler)](const Event& event) {
         if (ourWindowIsActive_())
-            handler(event);
+            deliver(handler, event);
     });
+}
+
+template <typename Handler>
+void X11EventMonitors::deliver(const Handler& handler, const Event& event) {
+    if (event.type != EventType::mouseMoved) {
+        handler(event);
+        return;
+    }
+    const auto outer = movedTo_;
+    movedTo_ = event.locationInScreen;
+    handler(event);
+    movedTo_ = outer;
 }
 
 void X11EventMonitors::removeMonitor(Token monitor) {
@@ -34,6 +46,8 @@ void X11EventMonitors::removeMonitor(Token monitor) {
 }
 
 CGPoint X11EventMonitors::mouseLocation() const {
+    if (movedTo_)
+        return *movedTo_;
     return input_ ? input_->mouseLocation() : CGPoint{};
 }
 

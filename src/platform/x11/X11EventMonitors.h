@@ -3,6 +3,7 @@
 #include <sys/types.h>
 
 #include <functional>
+#include <optional>
 
 #include "platform/EventMonitors.h"
 #include "platform/x11/X11ActiveWindowTracker.h"
@@ -33,8 +34,16 @@ class X11EventMonitors final : public EventMonitors {
     ModifierFlags modifierFlags() const override;
 
   private:
+    // Runs the handler with the event's place as the pointer's place.
+    template <typename Handler>
+    void deliver(const Handler& handler, const Event& event);
+
     X11RawInput* input_;
     OurWindowIsActive ourWindowIsActive_;
+    // The place of the mouse-moved event being handed out: the freshest
+    // there is, and asking the server again would cost a round trip per
+    // move.
+    std::optional<CGPoint> movedTo_;
 };
 
 }  // namespace platform::x11

@@ -68,6 +68,7 @@ ListWindowRowList::ListWindowRowList(Coordinator& coordinator, QWidget* parent)
     setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
     setWidgetResizable(true);
     setWidget(list_);
+    list_->installEventFilter(this);
     viewport()->setAutoFillBackground(false);
     list_->setAutoFillBackground(false);
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Preferred);
@@ -172,9 +173,13 @@ QSize ListWindowRowList::sizeHint() const {
     return {rows.width() + verticalScrollBar()->sizeHint().width(), maximumHeight_};
 }
 
+// The rows' own layout tells only the rows' widget of a change; the panel
+// around the list learns of it here, to take the list's new size.
 bool ListWindowRowList::eventFilter(QObject* watched, QEvent* event) {
     if (auto* row = qobject_cast<ListRowWidget*>(watched))
         return dragScroll(row, event);
+    if (watched == list_ && event->type() == QEvent::LayoutRequest)
+        updateGeometry();
     return QScrollArea::eventFilter(watched, event);
 }
 

@@ -87,6 +87,15 @@ void ListWindowWidget::showEvent(QShowEvent* event) {
     if (stale_)
         apply(false);
     sendOpacityAtOnce();
+    // The window's frame, which the rows make room for, may only be known
+    // now that the window is shown.
+    QMetaObject::invokeMethod(
+        this,
+        [this] {
+            if (rowList_)
+                rowList_->setMaximumListHeight(listHeightLimit());
+        },
+        Qt::QueuedConnection);
 }
 
 // Qt leaves the opacity it writes to the window in the connection's buffer
@@ -169,14 +178,17 @@ void ListWindowWidget::updateMenuAndList(const Content& content, bool redrawAll)
 }
 
 // The panel is never taller than the work area of its screen: the rows
-// take what the menu and the paddings leave.
+// take what the menu, the paddings and the window's frame leave. The
+// frame is known once the panel was first shown.
 int ListWindowWidget::listHeightLimit() const {
-    const QScreen* shownOn = window() ? window()->screen() : nullptr;
+    const QWidget* top = window();
+    const QScreen* shownOn = top->screen();
     if (!shownOn)
         shownOn = QGuiApplication::primaryScreen();
     if (!shownOn)
         return QWIDGETSIZE_MAX;
-    return shownOn->availableGeometry().height() - chromeAroundRows;
+    const int frame = top->frameGeometry().height() - top->height();
+    return shownOn->availableGeometry().height() - chromeAroundRows - frame;
 }
 
 }  // namespace platform::qt

@@ -134,7 +134,7 @@ ListWindowView::ListWindowView(ListWindowViewModel& model, ListRow::Coordinator&
       coordinator_(coordinator),
       permissionView_(permissionView),
       watch_(std::make_unique<ListWindowWatch>(
-          model, [this](std::size_t windowId) { windowChanged_.emit(windowId); })) {}
+          model, [this](std::optional<std::size_t> windowId) { windowChanged_.emit(windowId); })) {}
 
 ListWindowView::~ListWindowView() = default;
 

@@ -154,9 +154,10 @@ class ListWindowView {
 
     // Sent whenever the model's state is assigned: the widgets redraw.
     quillbox::Signal<>& changed();
-    // Sent with a row's key when its window was retitled or went away: that
-    // row is drawn again, or leaves the list.
-    quillbox::Signal<std::size_t>& windowChanged() { return windowChanged_; }
+    // Sent with a row's key when its window was retitled, minimised or went
+    // away: that row is drawn again, or leaves the list. Without a key every
+    // row is drawn again.
+    quillbox::Signal<std::optional<std::size_t>>& windowChanged() { return windowChanged_; }
 
     // The panel is about to be shown: its drawing is brought up to date
     // now, so that it shows what is true at the showing.
@@ -171,7 +172,7 @@ class ListWindowView {
     ListWindowViewModel& model_;
     ListRow::Coordinator& coordinator_;
     PermissionRequestView* permissionView_;
-    quillbox::Signal<std::size_t> windowChanged_;
+    quillbox::Signal<std::optional<std::size_t>> windowChanged_;
     quillbox::Signal<> presenting_;
     std::unique_ptr<ListWindowWatch> watch_;
 };

@@ -42,10 +42,13 @@ void ListWindowWatch::followSelection() {
         })));
     if (!observer)
         return;
-    try {
-        observer->addNotification(Notification::titleChanged, *selected);
-        observer->addNotification(Notification::uiElementDestroyed, *selected);
-    } catch (const AXError&) {
+    for (const auto* notification :
+         {&Notification::titleChanged, &Notification::uiElementDestroyed,
+          &Notification::windowMiniaturized, &Notification::mainWindowChanged}) {
+        try {
+            observer->addNotification(*notification, *selected);
+        } catch (const AXError&) {
+        }
     }
     observer_ = std::move(observer);
 }

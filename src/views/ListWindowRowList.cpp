@@ -7,6 +7,10 @@
 #include <QVBoxLayout>
 #include <algorithm>
 
+#if defined(__GLIBC__)
+#include <malloc.h>
+#endif
+
 #include "views/ListRowWidget.h"
 #include "views/PanelLayout.h"
 
@@ -34,8 +38,24 @@ class Divider final : public QWidget {
     }
 };
 
+// Past this many rows gone at once, the memory they held is given back to
+// the system rather than kept for rows that may never come again.
+constexpr std::size_t manyRows = 100;
+
+void giveBackMemorySoon(QObject* context) {
+#if defined(__GLIBC__)
+    // After the rows' deferred deletion, which was asked for first.
+    QMetaObject::invokeMethod(
+        context, [] { malloc_trim(0); }, Qt::QueuedConnection);
+#else
+    (void)context;
+#endif
+}
+
+// A widget's showing asked for in so many words: a child added to a shown
+// list would otherwise show itself a turn later, whatever it was told.
 void setShown(QWidget* widget, bool shown) {
-    if (widget->isHidden() == shown)
+    if (widget->isHidden() == shown || !widget->testAttribute(Qt::WA_WState_ExplicitShowHide))
         widget->setVisible(shown);
 }
 
@@ -91,6 +111,7 @@ ListWindowRowList::Slot ListWindowRowList::makeSlot(const Row& row) {
             row.window, coordinator_, std::make_shared<tarnwick::ListWindowView::ListRow::VM>()),
         coordinator_, list_);
     slot.row->installEventFilter(this);
+    setShown(slot.row, true);
     slot.divider = new Divider(list_);
     return slot;
 }
@@ -117,6 +138,8 @@ void ListWindowRowList::apply(const std::vector<Row>& rows,
             slots_.erase(id);
         }
     }
+    if (order_.size() - kept.size() >= manyRows)
+        giveBackMemorySoon(this);
 
     std::vector<std::size_t> order;
     order.reserve(rows.size());

@@ -43,8 +43,11 @@ ListWindowWidget::ListWindowWidget(ContentProvider provider, quillbox::Signal<>&
 ListWindowWidget::~ListWindowWidget() = default;
 
 void ListWindowWidget::follow(tarnwick::ListWindowView& view) {
-    windowChanges_ = view.windowChanged().connect([this](std::size_t windowId) {
-        changedWindows_.insert(windowId);
+    windowChanges_ = view.windowChanged().connect([this](std::optional<std::size_t> windowId) {
+        if (windowId)
+            changedWindows_.insert(*windowId);
+        else
+            allWindowsChanged_ = true;
         markStale();
     });
     presentations_ = view.presenting().connect([this] { redraw(); });
@@ -67,7 +70,7 @@ void ListWindowWidget::applySoon() {
         [this] {
             applyPosted_ = false;
             if (stale_ && isVisible())
-                apply(false);
+                apply(allWindowsChanged_);
         },
         Qt::QueuedConnection);
 }
@@ -85,7 +88,7 @@ void ListWindowWidget::redraw() {
 void ListWindowWidget::showEvent(QShowEvent* event) {
     QWidget::showEvent(event);
     if (stale_)
-        apply(false);
+        apply(allWindowsChanged_);
     sendOpacityAtOnce();
     // The window's frame, which the rows make room for, may only be known
     // now that the window is shown.
@@ -124,11 +127,17 @@ void ListWindowWidget::apply(bool redrawAll) {
     }
     treeKind_ = content.tree;
     changedWindows_.clear();
+    allWindowsChanged_ = false;
+    // Widgets made while the panel was hidden take their style now, so
+    // that the size the panel is placed by is the size it shows at.
+    tree_->ensurePolished();
 }
 
 void ListWindowWidget::replaceTree(QWidget* next) {
     retire(tree_);
     layout()->addWidget(next);
+    // Shown at once in a shown panel, not a turn later.
+    next->show();
     tree_ = next;
     menuButton_ = nullptr;
     menu_.reset();
@@ -156,15 +165,20 @@ void ListWindowWidget::updateMenuAndList(const Content& content, bool redrawAll)
         } else {
             layout->insertWidget(0, button);
         }
+        button->show();
         menuButton_ = button;
         menu_ = content.menu;
     }
     if (content.emptyText) {
         retire(rowList_);
         rowList_ = nullptr;
+        if (emptyText_ && emptyTextShown_ == *content.emptyText)
+            return;
         retire(emptyText_);
         emptyText_ = buildEmptyText(*content.emptyText, tree_);
+        emptyTextShown_ = *content.emptyText;
         layout->addWidget(emptyText_);
+        emptyText_->show();
         return;
     }
     retire(emptyText_);
@@ -172,6 +186,7 @@ void ListWindowWidget::updateMenuAndList(const Content& content, bool redrawAll)
     if (!rowList_) {
         rowList_ = new ListWindowRowList(coordinator_, tree_);
         layout->addWidget(rowList_);
+        rowList_->show();
     }
     rowList_->setMaximumListHeight(listHeightLimit());
     rowList_->apply(content.rows, changedWindows_, redrawAll);

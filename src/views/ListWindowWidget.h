@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <functional>
 #include <optional>
+#include <string>
 #include <unordered_set>
 
 #include "firstrun/PermissionRequestView.h"
@@ -69,10 +70,12 @@ class ListWindowWidget final : public QWidget {
     QPushButton* menuButton_ = nullptr;
     std::optional<tarnwick::ListWindowView::Menu> menu_;
     QWidget* emptyText_ = nullptr;
+    std::string emptyTextShown_;
     ListWindowRowList* rowList_ = nullptr;
     bool stale_ = false;
     bool applyPosted_ = false;
     std::unordered_set<std::size_t> changedWindows_;
+    bool allWindowsChanged_ = false;
     QPointer<QWindow> opacityFollowed_;
     platform::Subscription changes_;
     platform::Subscription windowChanges_;

@@ -15,8 +15,10 @@ using Strings = std::vector<std::string>;
 class ListWindowWatchTest : public ListWindowModelDesktop {
   protected:
     ListWindowWatchTest() {
-        changes = view.windowChanged().connect(
-            [this](std::size_t windowId) { changedWindows.push_back(windowId); });
+        changes = view.windowChanged().connect([this](std::optional<std::size_t> windowId) {
+            if (windowId)
+                changedWindows.push_back(*windowId);
+        });
     }
 
     bool asked(const ListWindowView::WindowRef& window) const {
@@ -52,6 +54,11 @@ TEST_F(ListWindowWatchTest, ARetitledWindowAsksForItsRowAndOneThatWentLeavesTheR
                   .draw()
                   .title,
               "Downloads (2)");
+
+    // A minimised window's row is drawn faint.
+    sim.setMinimized(windows[0]->element(), true);
+    settle();
+    EXPECT_TRUE(asked(windows[0]));
 
     sim.removeWindow(windows[2]->element());
     settle();

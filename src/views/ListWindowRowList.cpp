@@ -89,6 +89,7 @@ ListWindowRowList::ListWindowRowList(Coordinator& coordinator, QWidget* parent)
     setWidgetResizable(true);
     setWidget(list_);
     list_->installEventFilter(this);
+    connect(verticalScrollBar(), &QScrollBar::valueChanged, this, [this] { redrawRowsInSight(); });
     viewport()->setAutoFillBackground(false);
     list_->setAutoFillBackground(false);
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Preferred);
@@ -147,14 +148,43 @@ void ListWindowRowList::apply(const std::vector<Row>& rows,
         auto found = slots_.find(row.id);
         if (found == slots_.end()) {
             found = slots_.emplace(row.id, makeSlot(row)).first;
-        } else if (redrawAll || redraw.count(row.id)) {
+        } else if (redraw.count(row.id)) {
             found->second.row->redraw();
+        } else if (redrawAll) {
+            staleOutOfSight_.insert(row.id);
         }
         setShown(found->second.divider, row.hasDivider);
         order.push_back(row.id);
     }
     placeInOrder(order, kept);
     updateGeometry();
+    redrawRowsInSight();
+}
+
+// A thousand rows read again at each showing would keep the panel from the
+// screen for a tenth of a second: the rows in sight are read now, the
+// others as the list scrolls to them.
+void ListWindowRowList::redrawRowsInSight() {
+    if (staleOutOfSight_.empty())
+        return;
+    const int top = verticalScrollBar()->value();
+    const int bottom = top + std::max(viewport()->height(), maximumHeight_ == QWIDGETSIZE_MAX
+                                                                ? list_->sizeHint().height()
+                                                                : maximumHeight_);
+    for (auto it = staleOutOfSight_.begin(); it != staleOutOfSight_.end();) {
+        auto found = slots_.find(*it);
+        if (found == slots_.end()) {
+            it = staleOutOfSight_.erase(it);
+            continue;
+        }
+        const QRect place = found->second.row->geometry();
+        if (place.bottom() >= top && place.top() <= bottom) {
+            found->second.row->redraw();
+            it = staleOutOfSight_.erase(it);
+        } else {
+            ++it;
+        }
+    }
 }
 
 // Rows that stayed in their order with new ones after them, the usual

@@ -27,9 +27,14 @@ class ListWindowRowList final : public QScrollArea {
     ~ListWindowRowList() override;
 
     // Shows these rows in this order. Kept rows read their window again
-    // when `redrawAll` says so or their key is in `redraw`.
+    // when their key is in `redraw`, and, when `redrawAll` says so, every
+    // row in sight; the others when they are scrolled into sight.
     void apply(const std::vector<Row>& rows, const std::unordered_set<std::size_t>& redraw,
                bool redrawAll);
+
+    // Reads again the rows that came into sight since they were last
+    // asked to; where they are is known once the list is laid out.
+    void redrawRowsInSight();
 
     // The tallest the list may be; it scrolls beyond.
     void setMaximumListHeight(int height);
@@ -58,6 +63,8 @@ class ListWindowRowList final : public QScrollArea {
     QWidget* list_;
     std::unordered_map<std::size_t, Slot> slots_;
     std::vector<std::size_t> order_;
+    // Rows to read again once they come into sight.
+    std::unordered_set<std::size_t> staleOutOfSight_;
     int maximumHeight_ = QWIDGETSIZE_MAX;
     // A press on a row that became a drag.
     QPoint pressedAt_;

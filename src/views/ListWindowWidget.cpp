@@ -81,6 +81,8 @@ void ListWindowWidget::redraw() {
     // layout's own turn comes.
     if (QWidget* top = window(); top && top->layout())
         top->layout()->activate();
+    if (rowList_)
+        rowList_->redrawRowsInSight();
 }
 
 // A panel shown by other means than a presentation still draws what is

@@ -53,6 +53,16 @@ ListWindowViewModel::ListWindowViewModel(
     app_ = {std::move(finder), std::move(element)};
     refreshWindows();
     startObserving();
+    launches_ = platform::workspace().addObserverForName(
+        platform::WorkspaceNotification::didLaunchApplication,
+        lifetime_.guard([this](const platform::WorkspaceNotificationInfo& info) {
+            followRelaunch(info.application);
+        }));
+}
+
+ListWindowViewModel::~ListWindowViewModel() {
+    platform::workspace().removeObserver(launches_,
+                                         platform::WorkspaceNotification::didLaunchApplication);
 }
 
 void ListWindowViewModel::setState(State state) {
@@ -92,10 +102,26 @@ void ListWindowViewModel::startObserving() {
 }
 
 void ListWindowViewModel::selectApp(const platform::RunningApplicationRef& application) {
-    auto element = appsMonitor_->appElement(application);
-    if (!element)
+    if (auto element = appsMonitor_->appElement(application))
+        select(application, std::move(element));
+}
+
+// A file manager that is started again when it ends, or an application
+// the user starts again, is a new process: without this the list would
+// keep the ended one's error. The element is made directly, as for the
+// file manager at start, since the monitor may not know the process yet.
+void ListWindowViewModel::followRelaunch(const platform::RunningApplicationRef& launched) {
+    const auto& selected = app_.runningApp;
+    if (!launched || !selected || !selected->isTerminated() || !launched->bundleIdentifier() ||
+        launched->bundleIdentifier() != selected->bundleIdentifier())
         return;
-    app_ = {application, std::move(element)};
+    if (auto element = corvane::Application::fromRunningApplication(launched))
+        select(launched, std::move(element));
+}
+
+void ListWindowViewModel::select(platform::RunningApplicationRef application,
+                                 std::shared_ptr<corvane::Application> element) {
+    app_ = {std::move(application), std::move(element)};
     for (const auto& observer : observers_)
         observer->stop();
     observers_.clear();

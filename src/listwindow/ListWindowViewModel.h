@@ -21,7 +21,9 @@ namespace tarnwick {
 //
 // Nothing is refreshed on a timer or on showing the panel: only at
 // construction, at a selection, at a notification of the selected
-// application, and when a window action or a menu command asks.
+// application, when a window action or a menu command asks, and when the
+// selected application, having ended, is started again: the list follows
+// the new process of the same application.
 class ListWindowViewModel {
   public:
     using WindowRef = InteractionController::WindowRef;
@@ -51,6 +53,7 @@ class ListWindowViewModel {
     // desktop without a file manager is a fatal stop.
     ListWindowViewModel(std::shared_ptr<InteractionController> interactionController,
                         std::shared_ptr<AppsMonitor> appsMonitor);
+    ~ListWindowViewModel();
     ListWindowViewModel(const ListWindowViewModel&) = delete;
     ListWindowViewModel& operator=(const ListWindowViewModel&) = delete;
 
@@ -74,6 +77,9 @@ class ListWindowViewModel {
 
   private:
     void setState(State state);
+    void select(platform::RunningApplicationRef application,
+                std::shared_ptr<corvane::Application> element);
+    void followRelaunch(const platform::RunningApplicationRef& launched);
     std::vector<WindowRef> listedWindows(const std::vector<WindowRef>& windows) const;
 
     State state_;
@@ -82,6 +88,7 @@ class ListWindowViewModel {
     SelectedApp app_;
     std::shared_ptr<InteractionController> interactionController_;
     std::shared_ptr<AppsMonitor> appsMonitor_;
+    platform::Token launches_;
     // Observer callbacks do nothing once the model is gone.
     platform::LifetimeGuard lifetime_;
 };

@@ -128,6 +128,37 @@ TEST_F(ListWindowViewModelTest, TheSelectedAppEndingShowsOnlyAtTheNextRefresh) {
               Error::axError(corvane::AXError::invalidUIElement));
 }
 
+TEST_F(ListWindowViewModelTest, TheSelectedAppStartedAgainAfterItEndedIsFollowed) {
+    // Another process of the same application while the selected one runs
+    // changes nothing.
+    const auto finderInfo = [](pid_t pid) {
+        return appInfo(pid, "Finder", ListWindowViewModel::finderBundleIdentifier,
+                       "/System/Library/CoreServices/Finder.app");
+    };
+    desktop.workspace().launch(finderInfo(310));
+    settle();
+    EXPECT_EQ(windowsState().selectedApp, finder);
+
+    desktop.workspace().terminate(finder->processIdentifier());
+    settle();
+    model->refreshWindows();
+    ASSERT_TRUE(std::holds_alternative<ErrorState>(model->state()));
+
+    // An unrelated launch doesn't take the selection; the application
+    // started again does, with its windows, and they are followed.
+    launchOrdinaryApp(480, "Maps");
+    settle();
+    EXPECT_TRUE(std::holds_alternative<ErrorState>(model->state()));
+    const auto again = desktop.workspace().launch(finderInfo(311));
+    addWindow(again, SimWindowSetup::titled("Home"));
+    settle();
+    EXPECT_EQ(windowsState().selectedApp, again);
+    EXPECT_EQ(titles(), (Strings{"Home"}));
+    addWindow(again, SimWindowSetup::titled("Music"));
+    settle();
+    EXPECT_EQ(titles(), (Strings{"Music", "Home"}));
+}
+
 TEST_F(ListWindowViewModelTest, NotificationsAfterTheModelIsGoneAreIgnored) {
     addWindow(finder, SimWindowSetup::titled("Late"));  // delivery under way
     model.reset();

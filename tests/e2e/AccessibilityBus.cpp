@@ -3,6 +3,7 @@
 #include <atspi/atspi.h>
 #include <signal.h>
 #include <sys/wait.h>
+#include <xcb/xcb.h>
 
 #include <chrono>
 #include <cstdio>
@@ -129,6 +130,28 @@ std::optional<std::pair<pid_t, std::string>> startSessionBus() {
     return std::pair{static_cast<pid_t>(std::atoi(pid)), text};
 }
 
+// The accessibility bus of an earlier test's session stays named on the
+// display's root window after its session ended, and both this reader and
+// the programs would look there first and find it gone. Without the name,
+// both ask the session bus of this test.
+void forgetEarlierAccessibilityBus() {
+    xcb_connection_t* connection = xcb_connect(nullptr, nullptr);
+    if (!xcb_connection_has_error(connection)) {
+        const char name[] = "AT_SPI_BUS";
+        auto* reply = xcb_intern_atom_reply(
+            connection, xcb_intern_atom(connection, 1, sizeof name - 1, name), nullptr);
+        if (reply && reply->atom != XCB_NONE) {
+            const xcb_window_t root =
+                xcb_setup_roots_iterator(xcb_get_setup(connection)).data->root;
+            xcb_delete_property(connection, root, reply->atom);
+            // A round trip: the name is gone before anyone looks.
+            free(xcb_get_input_focus_reply(connection, xcb_get_input_focus(connection), nullptr));
+        }
+        free(reply);
+    }
+    xcb_disconnect(connection);
+}
+
 }  // namespace
 
 std::vector<const AccessibleNode*> AccessibleNode::flattened() const {
@@ -162,6 +185,7 @@ AccessibilityBus& AccessibilityBus::shared() {
 }
 
 AccessibilityBus::AccessibilityBus() {
+    forgetEarlierAccessibilityBus();
     auto bus = startSessionBus();
     if (!bus)
         return;

@@ -114,6 +114,20 @@ bool Desktop::windowManagerRuns() {
     return !property(root_, "_NET_SUPPORTING_WM_CHECK", XCB_ATOM_WINDOW).empty();
 }
 
+bool Desktop::keyboardIsGrabbed() {
+    const auto cookie = xcb_grab_keyboard(connection_, 0, root_, XCB_CURRENT_TIME,
+                                          XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
+    auto* reply = xcb_grab_keyboard_reply(connection_, cookie, nullptr);
+    const bool ours = reply && reply->status == XCB_GRAB_STATUS_SUCCESS;
+    const bool grabbed = reply && reply->status == XCB_GRAB_STATUS_ALREADY_GRABBED;
+    std::free(reply);
+    if (ours) {
+        xcb_ungrab_keyboard(connection_, XCB_CURRENT_TIME);
+        xcb_flush(connection_);
+    }
+    return grabbed;
+}
+
 pid_t Desktop::activeProcess() {
     return ownerOf(activeWindow());
 }

@@ -49,6 +49,9 @@ class Desktop {
     pid_t activeProcess();
     // Whether a window manager has announced itself on the root window.
     bool windowManagerRuns();
+    // Whether another client holds the keyboard, as an open menu does once
+    // it takes the keys.
+    bool keyboardIsGrabbed();
     xcb_window_t activeWindow();
 
     // The process's managed windows, in the window manager's client-list

@@ -230,6 +230,56 @@ TEST_F(ListWindowOnDesktopTest, TheRoundButtonsActOnTheRealWindowsAndTheListFoll
     stopTarnwick();
 }
 
+// The file manager ended by force is started again by the program, and the
+// list follows the new process: its windows are listed, not an error.
+TEST_F(ListWindowOnDesktopTest, TheFileManagerEndedByForceIsStartedAgainAndListedAgain) {
+    openFolders({"Documents"});
+    openTerminalInFront();
+    startTarnwick();
+    ASSERT_TRUE(showPanelWithRows(1));
+    desktop.tap(e2e::escapeKey);
+    ASSERT_TRUE(panelIsGone());
+
+    // The file manager keeps one instance, found through a socket in the
+    // runtime folder, which the one ended by force leaves behind: a new
+    // window is asked for only once the new instance listens.
+    const pid_t ended = fileManager->pid();
+    fileManager->sendSignal(SIGKILL);
+    fileManager->waitForExit(10);
+    const std::filesystem::path runtime = std::getenv("XDG_RUNTIME_DIR");
+    const auto instanceSockets = [&] {
+        std::vector<std::filesystem::path> found;
+        for (const auto& entry : std::filesystem::directory_iterator(runtime)) {
+            if (entry.path().filename().string().starts_with("pcmanfm-socket"))
+                found.push_back(entry.path());
+        }
+        return found;
+    };
+    for (const auto& stale : instanceSockets())
+        std::filesystem::remove(stale);
+    std::vector<pid_t> started;
+    ASSERT_TRUE(eventually(
+        [&] {
+            started = folders.processesRunning("/usr/bin/pcmanfm");
+            std::erase(started, ended);
+            return started.size() == 1 && !instanceSockets().empty();
+        },
+        10))
+        << "not started again";
+
+    const auto folder = folderRoot / "Music";
+    std::filesystem::create_directories(folder);
+    e2e::RunningProgram("/usr/bin/pcmanfm", {"--new-win", folder.string()}).waitForExit(10);
+    ASSERT_TRUE(eventually([&] { return desktop.clientWindowsOf(started.front()).size() == 1; }));
+    // The file manager brings its new window forward when it gets to it;
+    // with that window in front, doing so later takes nothing away.
+    const auto music = desktop.clientWindowsOf(started.front()).front().id;
+    desktop.activate(music);
+    ASSERT_TRUE(eventually([&] { return desktop.activeWindow() == music; }));
+    EXPECT_TRUE(showPanelWithRows(1));
+    stopTarnwick();
+}
+
 TEST_F(ListWindowOnDesktopTest, TheMenuPicksAnotherApplicationAndKeepsItsGroupingAcrossRestarts) {
     openFolders({"Documents", "Music"});
     openTerminalInFront();

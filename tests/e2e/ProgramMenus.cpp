@@ -29,6 +29,8 @@ void chooseFromStatusMenu(Desktop& desktop, pid_t program, int item) {
         open = eventually([&] { return !desktop.popupsOf(program).empty(); }, 6);
     }
     ASSERT_TRUE(open) << "no menu showed";
+    // Keys pressed before the menu holds the keyboard would go elsewhere.
+    ASSERT_TRUE(eventually([&] { return desktop.keyboardIsGrabbed(); }));
     for (int step = 0; step < item; ++step)
         desktop.tap(downKey);
     desktop.tap(returnKey);
@@ -38,6 +40,7 @@ void chooseFromStatusMenu(Desktop& desktop, pid_t program, int item) {
 void openPanelMenuAt(Desktop& desktop, pid_t program, const PanelMap& map, int entry) {
     desktop.click(map.menuButton());
     ASSERT_TRUE(eventually([&] { return desktop.popupsOf(program).size() == 1; }));
+    ASSERT_TRUE(eventually([&] { return desktop.keyboardIsGrabbed(); }));
     for (int step = 0; step <= entry; ++step)
         desktop.tap(downKey);
 }

@@ -179,18 +179,6 @@ bool RunningProgram::waitUntilHandling(int signal, double seconds) {
     return true;
 }
 
-long RunningProgram::contextSwitches() const {
-    std::ifstream status("/proc/" + std::to_string(pid_) + "/status");
-    long total = 0;
-    for (std::string line; std::getline(status, line);) {
-        if (line.rfind("voluntary_ctxt_switches:", 0) == 0 ||
-            line.rfind("nonvoluntary_ctxt_switches:", 0) == 0) {
-            total += std::stol(line.substr(line.find(':') + 1));
-        }
-    }
-    return total;
-}
-
 ProgramResult runTarnwick(const std::vector<std::string>& arguments, double seconds,
                           const std::vector<std::string>& removedEnvironment) {
     RunningProgram program(tarnwickExecutable(), arguments, removedEnvironment);

@@ -45,10 +45,6 @@ class RunningProgram {
     const std::string& standardOutput() const { return output_; }
     const std::string& standardError() const { return error_; }
 
-    // Context switches of its main thread so far: a program that sleeps
-    // until an event comes adds none while nothing happens.
-    long contextSwitches() const;
-
   private:
     bool collectOutput(int timeoutMs);
     bool reap();

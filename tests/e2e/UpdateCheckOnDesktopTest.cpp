@@ -217,7 +217,7 @@ TEST_F(UpdateCheckOnDesktopTest, AReleaseFolderIsUpdatedAndTheNewVersionStarted)
     ::kill(*started, SIGTERM);
 }
 
-TEST_F(UpdateCheckOnDesktopTest, ADueDailyCheckRunsQuietlyAtStartAndTheNextWakesNothingUp) {
+TEST_F(UpdateCheckOnDesktopTest, ADueDailyCheckRunsQuietlyAtStartAndIsRecorded) {
     // Checking by itself, last done more than a day ago.
     const auto dayAndHourAgo = std::chrono::system_clock::now() - std::chrono::hours(25);
     e2e::writePreferenceFile(folders.preferenceFile(), {{"SUFeedURL", server.url("/appcast.xml")},
@@ -241,13 +241,8 @@ TEST_F(UpdateCheckOnDesktopTest, ADueDailyCheckRunsQuietlyAtStartAndTheNextWakes
         },
         10));
 
-    // The next one is a day away: until then the program sleeps.
-    std::this_thread::sleep_for(std::chrono::seconds(2));
-    const long before = tarnwick.contextSwitches();
-    std::this_thread::sleep_for(std::chrono::seconds(10));
-    const long wakeUps = tarnwick.contextSwitches() - before;
-    std::printf("wake-ups in 10 s of the idle program with a daily check set: %ld\n", wakeUps);
-    EXPECT_LE(wakeUps, 2);
+    // The next one is a day away (the idle program's wake-ups are measured
+    // in the footprint benchmark).
     EXPECT_EQ(server.requests().size(), 1u);
     // Finding nothing new, it showed nothing.
     EXPECT_FALSE(dialogueWith("push button", "OK", 1));

@@ -69,6 +69,7 @@ class WorkspaceOnDesktopTest : public X11DesktopTest {
             });
         }
     }
+    void expectStartedAgainWhenEnded(const RunningApplicationRef& first);
     std::vector<RunningApplicationRef> finders() {
         std::vector<RunningApplicationRef> found;
         for (const auto& app : workspace().runningApplications()) {
@@ -227,14 +228,9 @@ TEST_F(WorkspaceOnDesktopTest, TheFileManagerIsStartedInItsBackgroundModeToPlayT
     EXPECT_EQ(finders().front()->processIdentifier(), pid);
 }
 
-TEST_F(WorkspaceOnDesktopTest, TheFileManagerStartedIsStartedAgainWhenItEnds) {
-    installFileManagerOfItsOwn();
-    openDesktop();
-    recordLaunchesAndTerminations();
-    ASSERT_EQ(finders().size(), 1u);
-    const auto first = finders().front();
-    startedGroups.push_back(first->processIdentifier());
-
+// Ends the process playing the Finder and checks that the workspace starts
+// a file manager again after its pause.
+void WorkspaceOnDesktopTest::expectStartedAgainWhenEnded(const RunningApplicationRef& first) {
     ::kill(first->processIdentifier(), SIGKILL);
     ASSERT_TRUE(
         eventually([&] { return !concerning(terminated, first->processIdentifier()).empty(); }));
@@ -246,6 +242,27 @@ TEST_F(WorkspaceOnDesktopTest, TheFileManagerStartedIsStartedAgainWhenItEnds) {
     startedGroups.push_back(second->processIdentifier());
     EXPECT_EQ(concerning(terminated, first->processIdentifier()).size(), 1u);
     EXPECT_EQ(concerning(launched, second->processIdentifier()).size(), 1u);
+}
+
+TEST_F(WorkspaceOnDesktopTest, TheFileManagerStartedIsStartedAgainWhenItEnds) {
+    installFileManagerOfItsOwn();
+    openDesktop();
+    recordLaunchesAndTerminations();
+    ASSERT_EQ(finders().size(), 1u);
+    startedGroups.push_back(finders().front()->processIdentifier());
+    expectStartedAgainWhenEnded(finders().front());
+}
+
+TEST_F(WorkspaceOnDesktopTest, AFileManagerFoundRunningIsReplacedWhenItEnds) {
+    installFileManagerOfItsOwn();
+    const pid_t found = start({"pcmanfm", "--daemon-mode"});
+    ASSERT_TRUE(eventually(
+        [&] { return platform::xdg::ProcessInfo::read(found).commandLine.size() == 2; }));
+    openDesktop();
+    recordLaunchesAndTerminations();
+    ASSERT_EQ(finders().size(), 1u);
+    ASSERT_EQ(finders().front()->processIdentifier(), found) << "not the one running";
+    expectStartedAgainWhenEnded(finders().front());
 }
 
 }  // namespace

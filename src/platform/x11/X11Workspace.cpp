@@ -103,7 +103,7 @@ void X11Workspace::terminated(const Application& application) {
     }
     post(WorkspaceNotification::didTerminateApplication, application);
     updateFrontmost();
-    if (application->processIdentifier() == startedFileManager_)
+    if (playsTheFileManager(application))
         restartFileManagerSoon();
 }
 

@@ -71,9 +71,11 @@ class X11Workspace final : public ObservedWorkspace, private X11WindowMirrorList
 
     void addRunningAtStart();
     // The file manager plays the Finder, which is always there: when none
-    // runs at start one is started, and the one started is started again
-    // whenever it ends, after a pause that grows while it keeps ending soon.
+    // runs at start one is started, and one is started again whenever the
+    // one playing it ends (ours or one found running), after a pause that
+    // grows while it keeps ending soon.
     void startFileManagerIfNeeded();
+    bool playsTheFileManager(const Application& application) const;
     void restartFileManagerSoon();
     Application find(pid_t pid) const;
     // The application of the process, made known and announced when it is
@@ -109,7 +111,6 @@ class X11Workspace final : public ObservedWorkspace, private X11WindowMirrorList
 
     Token inputHandler_;
     Token windowListener_;
-    pid_t startedFileManager_ = 0;
     double startedFileManagerAt_ = 0;
     double fileManagerRestartPause_ = 0;
     Token fileManagerRestart_;

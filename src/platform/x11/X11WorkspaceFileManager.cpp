@@ -20,11 +20,8 @@ void X11Workspace::startFileManagerIfNeeded() {
     const auto* fileManager = identities_.fileManager();
     if (!fileManager)
         return;
-    const auto finder = identities_.finderIdentity();
-    const bool running = std::any_of(running_.begin(), running_.end(), [&](const auto& app) {
-        return app->bundleIdentifier() == finder->bundleIdentifier;
-    });
-    if (running)
+    if (std::any_of(running_.begin(), running_.end(),
+                    [this](const auto& app) { return playsTheFileManager(app); }))
         return;
     const auto started = launcher_.spawn(fileManager->backgroundCommandLine(), {{}, true});
     if (!started) {
@@ -32,17 +29,21 @@ void X11Workspace::startFileManagerIfNeeded() {
                             started.error);
         return;
     }
-    startedFileManager_ = started.pid;
     startedFileManagerAt_ = loop().now();
-    const auto application = std::make_shared<xdg::XdgRunningApplication>(started.pid, *finder);
+    const auto application =
+        std::make_shared<xdg::XdgRunningApplication>(started.pid, *identities_.finderIdentity());
     add(application);
     // At start, before anyone could listen, there is no launch to announce.
     if (fileManagerRestartPause_ > 0)
         post(WorkspaceNotification::didLaunchApplication, application);
 }
 
+bool X11Workspace::playsTheFileManager(const Application& application) const {
+    const auto finder = identities_.finderIdentity();
+    return finder && application->bundleIdentifier() == finder->bundleIdentifier;
+}
+
 void X11Workspace::restartFileManagerSoon() {
-    startedFileManager_ = 0;
     const bool endedSoon = loop().now() - startedFileManagerAt_ < longRun;
     fileManagerRestartPause_ =
         endedSoon ? std::clamp(fileManagerRestartPause_ * 2, firstPause, longestPause) : firstPause;

@@ -169,3 +169,43 @@ TEST_F(ListRowsOnDesktopTest, WindowsClosedByTheirRowsLeaveNoRowBehind) {
     }
     stopTarnwick();
 }
+
+TEST_F(ListRowsOnDesktopTest, ABurstLeavesTheRowsOfTheWindowsThatRemainOnAPanelThatFitsTheScreen) {
+    ASSERT_TRUE(bus.isUp());
+    startTarnwick();
+    showPanel();
+    ASSERT_TRUE(rowsAre({"Documents"}));
+
+    // Sixty windows come while the panel is shown, and every other one
+    // goes again at once.
+    const int count = 60;
+    for (int i = 0; i < count; ++i) {
+        client.create("w" + std::to_string(i), "Burst " + std::to_string(i));
+        client.claimPid("w" + std::to_string(i), fileManager->pid());
+    }
+    std::vector<std::string> expected = {"Documents"};
+    for (int i = 0; i < count; ++i) {
+        if (i % 2 == 0)
+            client.destroy("w" + std::to_string(i));
+        else
+            expected.push_back("Burst " + std::to_string(i));
+    }
+    ASSERT_TRUE(eventually(
+        [&] { return desktop.clientWindowsOf(fileManager->pid()).size() == expected.size(); }, 20));
+    EXPECT_TRUE(rowsAre(expected));
+
+    // Thirty-one rows are more than the screen holds: the panel is no
+    // taller than the screen, and its rows scroll. Shown again, it is
+    // centred on the pointer and on the screen from edge to edge.
+    desktop.tap(e2e::escapeKey);
+    ASSERT_TRUE(panelIsGone());
+    showPanel();
+    std::optional<e2e::Geometry> frame;
+    ASSERT_TRUE(
+        eventually([&] { return (frame = desktop.shownPanel(tarnwick->pid())).has_value(); }));
+    EXPECT_LE(frame->height, 800) << "taller than the screen";
+    EXPECT_GT(frame->height, 600) << "leaves room unused";
+    EXPECT_TRUE(rowsAre(expected));
+    EXPECT_TRUE(e2e::saveScreenshot(*frame, TARNWICK_ARTIFACTS_DIR "/list-panel-many-rows.png"));
+    stopTarnwick();
+}

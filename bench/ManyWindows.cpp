@@ -6,6 +6,8 @@
 // per new window while the panel is hidden and while it is shown, the time
 // to answer Escape in the middle of the burst, the CPU the burst cost, and
 // the resident memory before, at its peak and after the windows are gone.
+// First, the program's CPU per pointer move while the panel fades and
+// while it is closed (--moves of each).
 #include <sys/stat.h>
 #include <unistd.h>
 #include <xcb/xcb.h>
@@ -168,6 +170,36 @@ class Harness {
         std::filesystem::remove_all(folder_.parent_path());
     }
 
+    // Moves back and forth to the panel's right, within the fade, each
+    // move once the server has it.
+    void measureMoves(long moves) {
+        show();
+        const auto frame = desktop_.shownPanel(pid());
+        if (!frame)
+            return;
+        const int right = frame->x + frame->width;
+        const int middle = frame->y + frame->height / 2;
+        const auto cpuPerMove = [&] {
+            waitUntilQuiet(pid());
+            const double before = cpuMilliseconds(pid());
+            for (long move = 0; move < moves; ++move) {
+                desktop_.movePointer(right + 20 + static_cast<int>(move % 100), middle);
+                maker_->sync();
+            }
+            waitUntilQuiet(pid());
+            return (cpuMilliseconds(pid()) - before) * 1000.0 / static_cast<double>(moves);
+        };
+        const double fading = cpuPerMove();
+        hide();
+        const double closed = cpuPerMove();
+        desktop_.movePointer(640, 400);
+        std::printf(
+            "pointer moves: %.1f us of CPU each while fading, %.1f us with the panel "
+            "closed\n",
+            fading, closed);
+        std::fflush(stdout);
+    }
+
     void measure(long count, long presses) {
         waitUntilQuiet(pid());
         const long rssBefore = statusKilobytes(pid(), "VmRSS");
@@ -292,6 +324,7 @@ int main(int argc, char** argv) {
     Harness harness;
     if (!harness.start())
         return 1;
+    harness.measureMoves(bench::option(argc, argv, "moves", 1000));
     for (const long count : counts(argc, argv))
         harness.measure(count, presses);
     harness.stop();

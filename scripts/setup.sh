@@ -24,6 +24,8 @@ packages=(
   libxcb-damage0-dev libatspi2.0-dev at-spi2-core dbus-daemon
   # a desktop to run on and test against
   xvfb xauth openbox x11-utils x11-xkb-utils xdotool xterm pcmanfm tint2
+  # a GTK editor whose settings entry runs the same program as its own entry
+  mousepad
   dbus-x11 imagemagick strace procps
   # packaging and its checks: the package's dependencies, lint, the desktop's
   # files, the manual page; a status-notifier tray host to test against

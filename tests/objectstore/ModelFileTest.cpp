@@ -5,6 +5,8 @@
 #include "StoreFixture.h"
 #include "platform/ObjectStore.h"
 #include "platform/sqlite/ModelFile.h"
+#include "platform/sqlite/SQLiteObjectStore.h"
+#include "support/ScopedEnvironment.h"
 
 using platform::AttributeType;
 using platform::AttributeValue;
@@ -56,3 +58,22 @@ TEST(ModelFile, MalformedDeclarationsNameTheirLine) {
         }
     }
 }
+
+namespace {
+
+TEST(DefaultStoreDirectory, IsUnderTheDataHomeAndNeverRelative) {
+    testsupport::ScopedEnvironment environment;
+    environment.set("XDG_DATA_HOME", "/srv/data");
+    EXPECT_EQ(platform::sqlite::SQLiteObjectStore::defaultStoreDirectory(),
+              "/srv/data/tarnwick/stores");
+
+    // Relative places are ignored, as the base-directory conventions say:
+    // nothing is made in the working directory.
+    environment.set("XDG_DATA_HOME", "data");
+    environment.set("HOME", "home");
+    const auto fallback = platform::sqlite::SQLiteObjectStore::defaultStoreDirectory();
+    EXPECT_TRUE(fallback.is_absolute()) << fallback;
+    EXPECT_EQ(fallback.filename(), "stores");
+}
+
+}  // namespace

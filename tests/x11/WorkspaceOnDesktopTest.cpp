@@ -88,6 +88,34 @@ class WorkspaceOnDesktopTest : public X11DesktopTest {
         install("pcmanfm.desktop", "File Manager PCManFM", "pcmanfm %U",
                 "MimeType=inode/directory;\n");
     }
+    // The titles of the windows the desktop's accessibility gives the
+    // application.
+    std::vector<std::string> windowTitlesOf(const RunningApplicationRef& application) {
+        std::vector<std::string> titles;
+        auto& accessibility = desktop->accessibility();
+        std::optional<platform::CFValue> list;
+        accessibility.copyAttributeValue(
+            accessibility.createApplication(application->processIdentifier()), "AXWindows", list);
+        if (const auto* array = list ? list->get<platform::CFValue::Array>() : nullptr) {
+            for (const auto& item : *array) {
+                std::optional<platform::CFValue> title;
+                accessibility.copyAttributeValue(*item.get<platform::AXUIElementRef>(), "AXTitle",
+                                                 title);
+                titles.push_back(title && title->get<std::string>() ? *title->get<std::string>()
+                                                                    : "<none>");
+            }
+        }
+        std::sort(titles.begin(), titles.end());
+        return titles;
+    }
+    std::vector<RunningApplicationRef> withBundleIdentifier(const std::string& identifier) {
+        std::vector<RunningApplicationRef> found;
+        for (const auto& app : workspace().runningApplications()) {
+            if (app->bundleIdentifier() == identifier)
+                found.push_back(app);
+        }
+        return found;
+    }
     void settle() {
         loop.runUntil([] { return false; }, 0.2);
     }
@@ -263,6 +291,128 @@ TEST_F(WorkspaceOnDesktopTest, AFileManagerFoundRunningIsReplacedWhenItEnds) {
     ASSERT_EQ(finders().size(), 1u);
     ASSERT_EQ(finders().front()->processIdentifier(), found) << "not the one running";
     expectStartedAgainWhenEnded(finders().front());
+}
+
+// The session runs a file manager that shows no window; no list names a
+// default for folders. It plays the Finder, and none of ours is started.
+TEST_F(WorkspaceOnDesktopTest, ARunningFileManagerPlaysTheFinderAndNoneIsStarted) {
+    installFileManagerOfItsOwn();
+    const auto program = tree.write("bin/zz-folders", "#!/bin/sh\nsleep 30\n");
+    ::chmod(program.c_str(), 0755);
+    install("zz-folders.desktop", "Folders", program.string() + " %U",
+            "MimeType=inode/directory;\n");
+    const pid_t running = start({program.string()});
+    ASSERT_TRUE(eventually(
+        [&] { return platform::xdg::ProcessInfo::read(running).commandLine.size() == 2; }));
+    openDesktop();
+    ASSERT_EQ(finders().size(), 1u);
+    EXPECT_EQ(finders().front()->processIdentifier(), running);
+    EXPECT_EQ(finders().front()->localizedName(), "Folders");
+}
+
+// An editor whose settings entry runs the same program: two processes of it
+// are one application, found by the window's application id or, without one,
+// as the entry that starts the program without options.
+TEST_F(WorkspaceOnDesktopTest, ProcessesOfOneInstalledApplicationAreOneApplication) {
+    install("org.example.Editor-settings.desktop", "Editor Settings",
+            "x11_test_client --preferences");
+    install("org.example.Editor.desktop", "Editor", "x11_test_client %U");
+    install("xterm.desktop", "XTerm", "xterm");
+    TestClient first;
+    first.setApplicationId("org.example.Editor");
+    first.create("one", "Editor one");
+    ASSERT_TRUE(windowTitled(first.pid(), "Editor one"));
+    const pid_t terminal = start({"xterm", "-T", "Grouped xterm one"}, "Grouped xterm one");
+    openDesktop();
+    recordLaunchesAndTerminations();
+
+    TestClient second;
+    second.create("two", "Editor two");
+    ASSERT_TRUE(windowTitled(second.pid(), "Editor two"));
+    const pid_t otherTerminal = start({"xterm", "-T", "Grouped xterm two"}, "Grouped xterm two");
+    settle();
+    const auto editor = running(first.pid());
+    ASSERT_TRUE(editor);
+    EXPECT_EQ(editor->localizedName(), "Editor");
+    EXPECT_EQ(editor->bundleIdentifier(), "org.example.Editor");
+    EXPECT_EQ(running(second.pid()), editor) << "one application, two processes";
+    EXPECT_EQ(withBundleIdentifier("org.example.Editor").size(), 1u);
+    EXPECT_TRUE(concerning(launched, second.pid()).empty());
+    EXPECT_EQ(windowTitlesOf(editor), (std::vector<std::string>{"Editor one", "Editor two"}));
+    ASSERT_TRUE(running(terminal));
+    EXPECT_EQ(running(otherTerminal), running(terminal));
+    EXPECT_EQ(withBundleIdentifier("xterm").size(), 1u);
+    EXPECT_EQ(windowTitlesOf(running(terminal)),
+              (std::vector<std::string>{"Grouped xterm one", "Grouped xterm two"}));
+
+    // The process standing for it ends: the other carries on as the editor.
+    ::kill(first.pid(), SIGKILL);
+    ASSERT_TRUE(eventually([&] { return !concerning(launched, second.pid()).empty(); }));
+    EXPECT_EQ(concerning(terminated, first.pid()), std::vector{editor});
+    const auto carriedOn = running(second.pid());
+    ASSERT_TRUE(carriedOn);
+    EXPECT_EQ(carriedOn->localizedName(), "Editor");
+    EXPECT_TRUE(eventually(
+        [&] { return windowTitlesOf(carriedOn) == std::vector<std::string>{"Editor two"}; }));
+}
+
+// The real editor, whose settings entry starts the same program and sorts
+// before its own entry.
+TEST_F(WorkspaceOnDesktopTest, MousepadIsOfferedAsMousepadNotAsItsSettings) {
+    for (const char* id : {"org.xfce.mousepad-settings.desktop", "org.xfce.mousepad.desktop"}) {
+        const auto installed = std::filesystem::path("/usr/share/applications") / id;
+        ASSERT_TRUE(std::filesystem::exists(installed)) << "mousepad is not installed";
+        std::filesystem::create_directories(tree.root() / DesktopEntryTestTree::system);
+        std::filesystem::copy_file(installed, tree.root() / DesktopEntryTestTree::system / id);
+    }
+    // Without a session bus of its own, it would hand the window to another
+    // test's editor.
+    environment.set("DBUS_SESSION_BUS_ADDRESS", "unix:path=/nonexistent");
+    const pid_t editor = start({"mousepad", "--disable-server"});
+    openDesktop();
+    ASSERT_TRUE(eventually([&] { return running(editor) != nullptr; }, 15));
+    EXPECT_EQ(running(editor)->localizedName(), "Mousepad");
+    EXPECT_EQ(running(editor)->bundleIdentifier(), "org.xfce.mousepad");
+}
+
+// A panel, a desktop drawn by a program, a window kept out of the taskbar:
+// their processes are no regular applications, whatever entry runs them.
+TEST_F(WorkspaceOnDesktopTest, AProcessShowingOnlyAccessoryWindowsIsNoRegularApplication) {
+    install("org.example.Panel.desktop", "Panel", "x11_test_client");
+    install("tint2.desktop", "Panel", "tint2");
+    openDesktop();
+    recordLaunchesAndTerminations();
+    TestClient dock;
+    dock.setWindowKind("dock");
+    dock.create("dock", "Accessory dock");
+    dock.setWindowKind("skip-taskbar");
+    dock.create("tool", "Accessory tool");
+    TestClient background;
+    background.setWindowKind("desktop");
+    background.create("desktop", "Accessory desktop");
+    const pid_t panel = start({"tint2"});
+    for (const pid_t pid : {dock.pid(), background.pid(), panel}) {
+        ASSERT_TRUE(eventually([&] { return running(pid) != nullptr; }, 10)) << pid;
+        EXPECT_EQ(running(pid)->activationPolicy(), platform::ActivationPolicy::accessory);
+        EXPECT_FALSE(running(pid)->bundleIdentifier());
+        EXPECT_FALSE(running(pid)->bundleURL());
+    }
+    EXPECT_TRUE(withBundleIdentifier("org.example.Panel").empty());
+    EXPECT_TRUE(withBundleIdentifier("tint2").empty());
+
+    // An ordinary window makes it the application of its entry.
+    const auto accessory = running(dock.pid());
+    dock.setWindowKind("normal");
+    dock.create("main", "Accessory no more");
+    ASSERT_TRUE(eventually([&] { return running(dock.pid()) != accessory; }));
+    const auto regular = running(dock.pid());
+    ASSERT_TRUE(regular);
+    EXPECT_EQ(regular->bundleIdentifier(), "org.example.Panel");
+    EXPECT_EQ(regular->activationPolicy(), platform::ActivationPolicy::regular);
+    EXPECT_TRUE(accessory->isTerminated());
+    EXPECT_EQ(concerning(terminated, dock.pid()), std::vector{accessory});
+    EXPECT_EQ(concerning(launched, dock.pid()).back(), regular);
+    EXPECT_EQ(windowTitlesOf(regular).size(), 3u);
 }
 
 }  // namespace

@@ -52,6 +52,14 @@ class TestClient {
         expectOk("pid " + name + " " + std::to_string(pid));
     }
     void destroy(const std::string& name) { expectOk("destroy " + name); }
+    // What the windows created from now on say of themselves: their
+    // WM_CLASS, their application id (empty: none), and their kind
+    // ("normal", "dock", "desktop", "skip-taskbar").
+    void setWindowClass(const std::string& instanceName, const std::string& className) {
+        expectOk("class " + instanceName + " " + className);
+    }
+    void setApplicationId(const std::string& id) { expectOk("appid " + (id.empty() ? "-" : id)); }
+    void setWindowKind(const std::string& kind) { expectOk("kind " + kind); }
     // Starts making and ending windows as fast as it can for the time.
     void startChurn(double seconds) { process_.send("churn " + std::to_string(seconds)); }
     // How many windows the churn made, once it is over; -1 before.

@@ -1,10 +1,15 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <chrono>
+#include <thread>
+
 #include "platform/xdg/DefaultFileManager.h"
+#include "platform/xdg/ProcessIdentities.h"
 #include "support/ScopedEnvironment.h"
 #include "support/StandardOutput.h"
 #include "xdg/DesktopEntryTestTree.h"
+#include "xdg/ProcessTestChild.h"
 
 namespace platform::xdg {
 namespace {
@@ -34,7 +39,8 @@ class DefaultFileManagerTest : public ::testing::Test {
         auto directories = tree.directories();
         directories.currentDesktops = currentDesktops;
         const DesktopEntryIndex index(directories, DesktopEntryLocale());
-        const auto fileManager = DefaultFileManager::find(index);
+        const auto fileManager =
+            DefaultFileManager::find(index, MimeApps(directories), runningPrograms);
         return fileManager ? fileManager->entry().id : "(none)";
     }
 
@@ -52,6 +58,7 @@ class DefaultFileManagerTest : public ::testing::Test {
     DesktopEntryTestTree tree;
     testsupport::ScopedEnvironment environment;
     std::vector<std::string> currentDesktops;
+    std::set<std::string> runningPrograms;
 };
 
 TEST_F(DefaultFileManagerTest, TheMostImportantListNamingAnInstalledApplicationWins) {
@@ -86,6 +93,43 @@ TEST_F(DefaultFileManagerTest, WithoutDefaultsAddedThenDeclaredAssociationsCount
         << "no application opens folders";
     EXPECT_THAT(output.lines(),
                 ElementsAre("No file manager is installed: no application opens folders."));
+}
+
+TEST_F(DefaultFileManagerTest, WithoutAChoiceInTheListsARunningFileManagerComesFirst) {
+    EXPECT_EQ(defaultId(), "code.desktop") << "none runs: the first that declares folders";
+    runningPrograms = {"bash", "pcmanfm"};
+    EXPECT_EQ(defaultId(), "pcmanfm.desktop");
+    runningPrograms = {"nautilus", "pcmanfm"};
+    EXPECT_EQ(defaultId(), "nautilus.desktop") << "among running ones, the usual order";
+    tree.write(std::string(DesktopEntryTestTree::system) + "thunar.desktop",
+               "[Desktop Entry]\nType=Application\nName=Thunar\nExec=thunar %F\n"
+               "TryExec=Thunar\nMimeType=inode/directory;\n");
+    installProgram("Thunar");
+    runningPrograms = {"Thunar"};
+    EXPECT_EQ(defaultId(), "thunar.desktop") << "known by its TryExec program";
+
+    tree.write("usr/share/applications/mimeapps.list",
+               "[Added Associations]\ninode/directory=code.desktop;\n");
+    EXPECT_EQ(defaultId(), "code.desktop") << "an association in the lists is a choice";
+    writeDefaults("home/.config/mimeapps.list", "nautilus.desktop");
+    EXPECT_EQ(defaultId(), "nautilus.desktop") << "so is a default";
+}
+
+// A real process: the file manager's program, as the session runs it.
+TEST_F(DefaultFileManagerTest, FindsTheFileManagerThatRunsOnThisDisplay) {
+    const auto program = tree.write("bin/zz-folders", "#!/bin/sh\n/bin/sleep 30\n");
+    std::filesystem::permissions(program, std::filesystem::perms::owner_all);
+    tree.writeApplication(std::string(DesktopEntryTestTree::system) + "zz-folders.desktop",
+                          "Folders", "zz-folders", "MimeType=inode/directory;\n");
+    const DesktopEntryIndex index(tree.directories(), DesktopEntryLocale());
+    EXPECT_EQ(DefaultFileManager::find(index)->entry().id, "code.desktop");
+
+    const fixtures::ProcessTestChild running({"/bin/sh", program.string()});
+    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(10);
+    while (!runningProgramNames().contains("zz-folders") &&
+           std::chrono::steady_clock::now() < deadline)
+        std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    EXPECT_EQ(DefaultFileManager::find(index)->entry().id, "zz-folders.desktop");
 }
 
 // Each of these used to be chosen, and then nothing could play the Finder.

@@ -90,5 +90,30 @@ TEST_F(DesktopEntryIndexTest, FindsApplicationsByWindowClass) {
     EXPECT_FALSE(index.entryForWindowClass("", ""));
 }
 
+// An editor whose settings entry runs the same program and sorts first, a
+// program with a helper entry, and entries known by their reverse-domain id.
+TEST_F(DesktopEntryIndexTest, AnApplicationsOwnEntryBeatsItsSettingsAndHelperEntries) {
+    writeSystem("org.xfce.mousepad-settings.desktop", "Text Editor Settings",
+                "mousepad --preferences");
+    writeSystem("org.xfce.mousepad.desktop", "Mousepad", "mousepad %U");
+    writeSystem("a-viewer-new-window.desktop", "New Viewer Window", "viewer --new-window");
+    writeSystem("b-viewer.desktop", "Viewer", "viewer %F");
+    writeSystem("org.example.Editor.desktop", "Editor", "launch-editor");
+    writeSystem("paint.desktop", "Paint Helper", "paint --helper", "NoDisplay=true\n");
+    writeSystem("org.example.paint.desktop", "Paint", "paint %F");
+    const auto index = makeIndex();
+
+    EXPECT_EQ(index.entryForExecutableName("mousepad")->name, "Mousepad");
+    EXPECT_EQ(index.entryForExecutableName("viewer")->name, "Viewer")
+        << "the entry that starts the program as it stands";
+    EXPECT_EQ(index.entryForWindowClass("mousepad", "Mousepad")->name, "Mousepad");
+    EXPECT_EQ(index.entryForWindowClass("paint", "Paint")->name, "Paint")
+        << "an entry shown in menus before a NoDisplay one";
+    EXPECT_EQ(index.entryForApplicationId("org.xfce.mousepad")->name, "Mousepad");
+    EXPECT_EQ(index.entryForApplicationId("org.example.Editor")->name, "Editor");
+    EXPECT_FALSE(index.entryForApplicationId("org.example.Missing"));
+    EXPECT_FALSE(index.entryForApplicationId(""));
+}
+
 }  // namespace
 }  // namespace platform::xdg

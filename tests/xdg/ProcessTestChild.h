@@ -5,6 +5,9 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <string>
+#include <vector>
+
 namespace platform::xdg::fixtures {
 
 // A child process for tests of process endings: it waits until killed, or
@@ -20,6 +23,22 @@ class ProcessTestChild {
             ::_exit(0);
         }
     }
+    // Runs the program (a path) with the arguments, the program first, in a
+    // process group of its own that ends with it.
+    explicit ProcessTestChild(const std::vector<std::string>& commandLine)
+        : pid_(::fork()), group_(true) {
+        if (pid_ == 0) {
+            ::setpgid(0, 0);
+            std::vector<char*> arguments;
+            for (const auto& argument : commandLine)
+                arguments.push_back(const_cast<char*>(argument.c_str()));
+            arguments.push_back(nullptr);
+            ::execv(arguments.front(), arguments.data());
+            ::_exit(127);
+        }
+        // Set on both sides, so that it holds whichever runs first.
+        ::setpgid(pid_, pid_);
+    }
     ~ProcessTestChild() {
         kill();
         reap();
@@ -30,7 +49,7 @@ class ProcessTestChild {
     pid_t pid() const { return pid_; }
     void kill() {
         if (!reaped_)
-            ::kill(pid_, SIGKILL);
+            ::kill(group_ ? -pid_ : pid_, SIGKILL);
     }
     // Waits for the child to end and removes its zombie.
     void reap() {
@@ -47,6 +66,7 @@ class ProcessTestChild {
 
   private:
     pid_t pid_;
+    bool group_ = false;
     bool reaped_ = false;
 };
 

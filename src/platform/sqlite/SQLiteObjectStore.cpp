@@ -1,9 +1,8 @@
 #include "platform/sqlite/SQLiteObjectStore.h"
 
-#include <cstdlib>
-
 #include "platform/sqlite/ModelFile.h"
 #include "platform/sqlite/SQLiteContainer.h"
+#include "platform/xdg/DesktopEntryDirectories.h"
 
 namespace platform::sqlite {
 
@@ -11,13 +10,10 @@ SQLiteObjectStore::SQLiteObjectStore(std::vector<std::filesystem::path> modelDir
                                      std::filesystem::path storeDirectory)
     : modelDirectories_(std::move(modelDirectories)), storeDirectory_(std::move(storeDirectory)) {}
 
+// Under the data home of the base-directory conventions, which is never
+// relative: a store is never made in the working directory.
 std::filesystem::path SQLiteObjectStore::defaultStoreDirectory() {
-    std::filesystem::path base;
-    if (const char* data = std::getenv("XDG_DATA_HOME"); data && *data)
-        base = data;
-    else if (const char* home = std::getenv("HOME"); home && *home)
-        base = std::filesystem::path(home) / ".local" / "share";
-    return base / "tarnwick" / "stores";
+    return xdg::DesktopEntryDirectories::fromEnvironment().dataHome / "tarnwick" / "stores";
 }
 
 std::optional<std::filesystem::path> SQLiteObjectStore::urlForModel(

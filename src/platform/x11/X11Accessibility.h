@@ -94,6 +94,12 @@ class X11Accessibility final : public Accessibility {
     // until it is removed.
     Token addWindowListener(X11WindowMirrorListener& listener) { return listeners_.add(listener); }
     void removeWindowListener(Token listener) { listeners_.remove(listener); }
+    // Where several processes are one application, the application element
+    // of the process standing for it holds the windows of all of them.
+    void setApplicationProcesses(X11ApplicationProcesses* applications) {
+        mirror_.setApplicationProcesses(applications);
+    }
+    void regroupWindowsOf(pid_t applicationPid) { mirror_.regroup(applicationPid); }
 
   private:
     // The element behind the handle, when it is ours and still stands for

@@ -87,7 +87,10 @@ void applyState(X11Connection& connection, const std::vector<std::uint32_t>& ato
     auto& ewmh = connection.ewmh();
     state.hidden = false;
     state.fullScreen = false;
+    state.skipTaskbar = false;
     for (auto atom : atoms) {
+        if (atom == ewmh._NET_WM_STATE_SKIP_TASKBAR)
+            state.skipTaskbar = true;
         if (atom == ewmh._NET_WM_STATE_HIDDEN)
             state.hidden = true;
         if (atom == ewmh._NET_WM_STATE_FULLSCREEN)

@@ -90,6 +90,42 @@ void X11WindowMirror::handleEvent(const xcb_generic_event_t& event) {
     }
 }
 
+void X11WindowMirror::setApplicationProcesses(X11ApplicationProcesses* applications) {
+    applications_ = applications;
+    regroup();
+}
+
+void X11WindowMirror::settlePid(xcb_window_t window, X11WindowState& state) {
+    state.settlePid();
+    if (applications_ && state.pid > 0)
+        state.pid = applications_->applicationProcessOf(window, state);
+}
+
+void X11WindowMirror::regroup(std::optional<pid_t> applicationPid) {
+    struct Move {
+        xcb_window_t window;
+        pid_t from;
+        pid_t to;
+    };
+    std::vector<Move> moves;
+    for (auto window : std::vector<xcb_window_t>(clientList_)) {
+        const auto it = windows_.find(window);
+        if (it == windows_.end() || (applicationPid && it->second.pid != *applicationPid))
+            continue;
+        const pid_t before = it->second.pid;
+        settlePid(window, it->second);
+        if (it->second.pid != before)
+            moves.push_back({window, before, it->second.pid});
+    }
+    if (moves.empty())
+        return;
+    for (const auto& move : moves) {
+        listener_.windowLeft(move.window, move.from);
+        listener_.windowJoined(move.window, move.to);
+    }
+    updateMainWindows(true);
+}
+
 const X11WindowState* X11WindowMirror::window(xcb_window_t window) const {
     auto it = windows_.find(window);
     return it == windows_.end() ? nullptr : &it->second;
@@ -152,6 +188,7 @@ void X11WindowMirror::handlePropertyChange(const xcb_property_notify_event_t& ev
     }
     switch (*property) {
         case X11WindowProperty::claimedPid:
+            settlePid(event.window, state);
             if (state.pid != before.pid) {
                 listener_.windowLeft(event.window, before.pid);
                 listener_.windowJoined(event.window, state.pid);
@@ -270,6 +307,7 @@ void X11WindowMirror::syncClientList(bool announce) {
     std::vector<xcb_window_t> joined;
     for (auto& fetch : fetches) {
         if (auto state = fetch.receive()) {
+            settlePid(fetch.window(), *state);
             // The window manager may have named it active before listing it.
             if (fetch.window() == active_)
                 state->activationSerial = ++lastActivation_;

@@ -28,6 +28,17 @@ class X11WindowMirrorListener {
     virtual void mainWindowChanged(pid_t pid, xcb_window_t window) = 0;
 };
 
+// Says which process stands for the application a window's process belongs
+// to, where several processes are one application.
+class X11ApplicationProcesses {
+  public:
+    virtual ~X11ApplicationProcesses() = default;
+    // The process standing for the application of the window's owner (its
+    // processPid); the owner itself when it stands alone. The state is the
+    // window's as just read, perhaps not in the mirror yet.
+    virtual pid_t applicationProcessOf(xcb_window_t window, const X11WindowState& state) = 0;
+};
+
 // Tells a first listener, then each further one in the order they were
 // added, of the mirror's changes. A listener removed while they are told
 // hears no more of that change.
@@ -80,6 +91,14 @@ class X11WindowMirror {
     // listener nothing about what was already there.
     void load();
     void handleEvent(const xcb_generic_event_t& event);
+    // From now on the windows' pid is the process standing for their
+    // application, as the grouping says; the windows there are are grouped
+    // at once. Null: each process stands for itself.
+    void setApplicationProcesses(X11ApplicationProcesses* applications);
+    // Asks the grouping again for the windows now standing under the
+    // process (every window with nothing), after it changed its mind; the
+    // windows that move leave the old process and join the new one.
+    void regroup(std::optional<pid_t> applicationPid = std::nullopt);
 
     const X11WindowState* window(xcb_window_t window) const;
     // The managed windows, in the window manager's order.
@@ -100,6 +119,8 @@ class X11WindowMirror {
     void handleRootProperty(xcb_atom_t atom);
     void handleConfigure(const xcb_configure_notify_event_t& event, bool sent);
     void handleDestroy(xcb_window_t window);
+    // Sets the state's pid: the owner, or the process of its application.
+    void settlePid(xcb_window_t window, X11WindowState& state);
 
     std::optional<std::vector<xcb_window_t>> readRootWindows(xcb_atom_t atom);
     void syncClientList(bool announce);
@@ -111,6 +132,7 @@ class X11WindowMirror {
 
     X11Connection& connection_;
     X11WindowMirrorListener& listener_;
+    X11ApplicationProcesses* applications_ = nullptr;
     bool askOwners_ = false;
     std::unordered_map<xcb_window_t, X11WindowState> windows_;
     std::vector<xcb_window_t> clientList_;

@@ -21,8 +21,9 @@ struct X11FrameExtents {
 // What the backend remembers of one managed client window, kept current from
 // the X events about it.
 struct X11WindowState {
-    // The owning process: the window's own claim, else the X server's word
-    // about the connection that made it. Zero when neither is known.
+    // The process standing for the window's application: the owning process,
+    // or the one that stands for the application the owner belongs to when
+    // several processes are one application. Zero when no owner is known.
     pid_t pid = 0;
     pid_t claimedPid = 0;
     pid_t connectionPid = 0;
@@ -32,6 +33,7 @@ struct X11WindowState {
     std::vector<xcb_atom_t> types;
     bool hidden = false;
     bool fullScreen = false;
+    bool skipTaskbar = false;
     // Absent when the window manager publishes no list: everything allowed.
     std::optional<std::vector<xcb_atom_t>> allowedActions;
 
@@ -59,7 +61,10 @@ struct X11WindowState {
     }
 
     std::optional<std::string> title() const { return netName ? netName : wmName; }
-    void settlePid() { pid = claimedPid > 0 ? claimedPid : connectionPid; }
+    // The owning process: the window's own claim, else the X server's word
+    // about the connection that made it.
+    pid_t processPid() const { return claimedPid > 0 ? claimedPid : connectionPid; }
+    void settlePid() { pid = processPid(); }
     bool allows(xcb_atom_t action) const {
         if (!allowedActions)
             return true;

@@ -1,10 +1,8 @@
 #include "platform/x11/X11Workspace.h"
 
 #include <unistd.h>
-#include <xcb/xcb_icccm.h>
 
 #include <algorithm>
-#include <set>
 
 #include "platform/xdg/ProcessInfo.h"
 
@@ -19,7 +17,9 @@ X11Workspace::X11Workspace(Parts parts)
       identities_(parts.identities),
       watcher_(parts.loop) {
     own_ = std::make_shared<xdg::XdgRunningApplication>(::getpid(), identities_.ownIdentity());
+    applicationIdAtom_ = input_.connection().atom("_GTK_APPLICATION_ID");
     addRunningAtStart();
+    starting_ = false;
     startFileManagerIfNeeded();
     windowListener_ = accessibility_.addWindowListener(*this);
     // The tracker, made on the source before, has read the new active window
@@ -42,26 +42,15 @@ X11Workspace::~X11Workspace() {
         loop().cancel(fileManagerRestart_);
     input_.removeEventHandler(inputHandler_);
     accessibility_.removeWindowListener(windowListener_);
+    accessibility_.setApplicationProcesses(nullptr);
 }
 
 void X11Workspace::addRunningAtStart() {
-    std::set<pid_t> processes;
-    for (const auto window : accessibility_.windowMirror().clientList()) {
-        if (const auto* state = accessibility_.windowMirror().window(window);
-            state && state->pid > 0)
-            processes.insert(state->pid);
-    }
-    for (const auto pid : identities_.processesWithEntries())
-        processes.insert(pid);
-    processes.erase(own_->processIdentifier());
-
     add(own_);
-    for (const auto pid : processes) {
-        if (xdg::isProcessAlive(pid)) {
-            add(std::make_shared<xdg::XdgRunningApplication>(
-                pid, identities_.identityOf(pid, windowClassOf(pid))));
-        }
-    }
+    // Grouping the windows there are makes their processes' applications.
+    accessibility_.setApplicationProcesses(this);
+    for (const auto pid : identities_.processesWithEntries())
+        applicationOf(pid, XCB_NONE);
 }
 
 std::vector<RunningApplicationRef> X11Workspace::runningApplications() const {
@@ -82,8 +71,25 @@ std::optional<std::filesystem::path> X11Workspace::URLForApplicationWithBundleId
 }
 
 X11Workspace::Application X11Workspace::find(pid_t pid) const {
-    const auto it = byProcess_.find(pid);
+    if (const auto it = byProcess_.find(pid); it != byProcess_.end())
+        return it->second;
+    const auto member = members_.find(pid);
+    if (member == members_.end())
+        return nullptr;
+    const auto it = byProcess_.find(member->second);
     return it == byProcess_.end() ? nullptr : it->second;
+}
+
+X11Workspace::Application X11Workspace::runningWithBundleIdentifier(
+    const std::optional<std::string>& identifier) const {
+    if (!identifier)
+        return nullptr;
+    for (const auto& application : running_) {
+        if (application != own_ && application->bundleIdentifier() == identifier &&
+            !application->isTerminated())
+            return application;
+    }
+    return nullptr;
 }
 
 void X11Workspace::add(const Application& application) {
@@ -95,31 +101,73 @@ void X11Workspace::add(const Application& application) {
     }
 }
 
-void X11Workspace::terminated(const Application& application) {
+void X11Workspace::join(pid_t pid, const Application& application) {
+    members_[pid] = application->processIdentifier();
+    watcher_.watch(pid, [this](pid_t ended) { members_.erase(ended); });
+}
+
+bool X11Workspace::remove(const Application& application) {
+    if (std::find(running_.begin(), running_.end(), application) == running_.end())
+        return false;
     std::erase(running_, application);
-    if (const auto it = byProcess_.find(application->processIdentifier());
-        it != byProcess_.end() && it->second == application) {
+    const pid_t pid = application->processIdentifier();
+    if (const auto it = byProcess_.find(pid); it != byProcess_.end() && it->second == application)
         byProcess_.erase(it);
-    }
+    accessories_.erase(pid);
+    std::erase_if(members_, [pid](const auto& member) { return member.second == pid; });
+    application->markTerminated();
     post(WorkspaceNotification::didTerminateApplication, application);
+    return true;
+}
+
+void X11Workspace::terminated(const Application& application) {
+    // An application replaced while its process ran has been announced over.
+    if (!remove(application))
+        return;
+    // The windows of the processes it stood for go to the next of them.
+    accessibility_.regroupWindowsOf(application->processIdentifier());
     updateFrontmost();
     if (playsTheFileManager(application))
         restartFileManagerSoon();
 }
 
-X11Workspace::Application X11Workspace::applicationOf(pid_t pid, xcb_window_t window) {
+void X11Workspace::reconsider(pid_t pid) {
+    if (const auto application = find(pid); application && remove(application))
+        accessibility_.regroupWindowsOf(pid);
+}
+
+X11Workspace::Application X11Workspace::applicationOf(pid_t pid, xcb_window_t window,
+                                                      const X11WindowState* state) {
     if (auto known = find(pid))
         return known;
     if (pid <= 0 || !xdg::isProcessAlive(pid))
         return nullptr;
-    const auto application = std::make_shared<xdg::XdgRunningApplication>(
-        pid, identities_.identityOf(pid, windowClassOf(window)));
+    const bool accessory = showsOnlyAccessoryWindows(pid, state);
+    auto identity = identities_.identityOf(
+        pid, window == XCB_NONE ? std::nullopt : windowIdentityOf(window), accessory);
+    if (auto same = runningWithBundleIdentifier(identity.bundleIdentifier)) {
+        join(pid, same);
+        return same;
+    }
+    const bool regular = identity.activationPolicy == ActivationPolicy::regular;
+    const auto application = std::make_shared<xdg::XdgRunningApplication>(pid, std::move(identity));
     add(application);
-    post(WorkspaceNotification::didLaunchApplication, application);
+    if (accessory && !regular)
+        accessories_.insert(pid);
+    if (!starting_)
+        post(WorkspaceNotification::didLaunchApplication, application);
     return application;
 }
 
+pid_t X11Workspace::applicationProcessOf(xcb_window_t window, const X11WindowState& state) {
+    const auto application = applicationOf(state.processPid(), window, &state);
+    return application ? application->processIdentifier() : state.processPid();
+}
+
 void X11Workspace::windowJoined(xcb_window_t window, pid_t pid) {
+    const auto* state = accessibility_.windowMirror().window(window);
+    if (accessories_.contains(pid) && state && !isAccessoryWindow(*state))
+        reconsider(pid);
     applicationOf(pid, window);
     // The active window may have been announced before its owner was known.
     if (window == activeWindow_.activeWindow())
@@ -129,30 +177,6 @@ void X11Workspace::windowJoined(xcb_window_t window, pid_t pid) {
 void X11Workspace::windowLeft(xcb_window_t window, pid_t) {
     if (window == activeWindow_.activeWindow())
         updateFrontmost();
-}
-
-std::optional<xdg::WindowClass> X11Workspace::windowClassOf(pid_t pid) {
-    const auto windows = accessibility_.windowMirror().windowsOf(pid);
-    if (windows.empty())
-        return std::nullopt;
-    return windowClassOf(windows.front());
-}
-
-std::optional<xdg::WindowClass> X11Workspace::windowClassOf(xcb_window_t window) {
-    xcb_connection_t* connection = input_.xcb();
-    xcb_icccm_get_wm_class_reply_t reply{};
-    // A window gone in the meantime answers with an error: no class.
-    const bool found = xcb_icccm_get_wm_class_reply(
-        connection, xcb_icccm_get_wm_class(connection, window), &reply, nullptr);
-    // Waiting for the reply may have taken events in that the descriptor
-    // won't tell of.
-    input_.dispatchSoon();
-    if (!found)
-        return std::nullopt;
-    xdg::WindowClass windowClass{reply.instance_name ? reply.instance_name : "",
-                                 reply.class_name ? reply.class_name : ""};
-    xcb_icccm_get_wm_class_reply_wipe(&reply);
-    return windowClass;
 }
 
 void X11Workspace::updateFrontmost() {

@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <map>
 #include <memory>
+#include <set>
 #include <unordered_map>
 #include <vector>
 
@@ -29,6 +30,14 @@ namespace platform::x11 {
 // one of them from the start. Each process has one application object for
 // as long as it runs.
 //
+// One installed application is one application however many processes show
+// its windows (two terminals, an editor's second instance): the first
+// process stands for it, and the others' windows are its windows. When that
+// process ends, the next one takes its place as a new application object.
+// A process showing only accessory windows (a panel, a desktop) is an
+// accessory, not offered as the application of its entry; its first
+// ordinary window makes it a new, regular application object.
+//
 // A process whose first managed window appears has launched; a process's
 // end, seen through its pidfd, terminates it. Both are announced on the
 // main loop. The frontmost application is the one owning the window
@@ -36,7 +45,9 @@ namespace platform::x11 {
 //
 // At start, the default file manager is started in its background mode
 // when none of its processes runs, so that the Finder's part is played.
-class X11Workspace final : public ObservedWorkspace, private X11WindowMirrorListener {
+class X11Workspace final : public ObservedWorkspace,
+                           private X11WindowMirrorListener,
+                           private X11ApplicationProcesses {
   public:
     // What the workspace is built on; all of it must outlive the workspace.
     // The tracker must have been made on the input source before the
@@ -77,14 +88,33 @@ class X11Workspace final : public ObservedWorkspace, private X11WindowMirrorList
     void startFileManagerIfNeeded();
     bool playsTheFileManager(const Application& application) const;
     void restartFileManagerSoon();
+    // The application of the process, whether it stands for it or belongs
+    // to it.
     Application find(pid_t pid) const;
     // The application of the process, made known and announced when it is
-    // new; nothing for a process that is gone.
-    Application applicationOf(pid_t pid, xcb_window_t window);
+    // new; nothing for a process that is gone. The window, when there is
+    // one, says which application the process runs; its state is given when
+    // the mirror doesn't hold it yet.
+    Application applicationOf(pid_t pid, xcb_window_t window,
+                              const X11WindowState* state = nullptr);
+    // The regular application of this bundle identifier already running.
+    Application runningWithBundleIdentifier(const std::optional<std::string>& identifier) const;
     void add(const Application& application);
+    void join(pid_t pid, const Application& application);
+    // Takes the application out of the running ones and announces its end.
+    bool remove(const Application& application);
     void terminated(const Application& application);
-    std::optional<xdg::WindowClass> windowClassOf(xcb_window_t window);
-    std::optional<xdg::WindowClass> windowClassOf(pid_t pid);
+    // A process known only by accessory windows showed an ordinary one.
+    void reconsider(pid_t pid);
+    pid_t applicationProcessOf(xcb_window_t window, const X11WindowState& state) override;
+
+    // What the window says of its application; nothing when it is gone.
+    std::optional<xdg::WindowIdentity> windowIdentityOf(xcb_window_t window);
+    // A dock, a desktop, or a window kept out of the taskbar.
+    bool isAccessoryWindow(const X11WindowState& state);
+    // Whether the process's windows, with this one not yet mirrored, are all
+    // accessory windows; false for a process without windows.
+    bool showsOnlyAccessoryWindows(pid_t pid, const X11WindowState* state);
 
     // The owner of the active window, as far as it is one of ours; observers
     // hear of a change.
@@ -107,7 +137,16 @@ class X11Workspace final : public ObservedWorkspace, private X11WindowMirrorList
     // In the order they became known.
     std::vector<Application> running_;
     std::unordered_map<pid_t, Application> byProcess_;
+    // The processes that belong to an application another process stands
+    // for, with that process.
+    std::unordered_map<pid_t, pid_t> members_;
+    // The applications known only by accessory windows so far.
+    std::set<pid_t> accessories_;
     Application own_;
+    // While the applications running at start are gathered nothing is
+    // announced: nobody could have listened yet.
+    bool starting_ = true;
+    xcb_atom_t applicationIdAtom_ = XCB_ATOM_NONE;
 
     Token inputHandler_;
     Token windowListener_;

@@ -1,10 +1,12 @@
 #include "platform/xdg/DefaultFileManager.h"
 
+#include <algorithm>
 #include <array>
 #include <string_view>
 
 #include "platform/xdg/DesktopEntryExec.h"
 #include "platform/xdg/DesktopEntryStartability.h"
+#include "platform/xdg/ProcessIdentities.h"
 #include "support/StandardOutput.h"
 
 namespace platform::xdg {
@@ -25,6 +27,29 @@ constexpr std::array<BackgroundMode, 5> backgroundModes{{
     {"nautilus", "--gapplication-service"},
 }};
 
+bool runsAmong(const DesktopEntry& entry, const std::set<std::string>& runningPrograms) {
+    const auto program = desktopEntryProgramName(entry.exec);
+    if (program && runningPrograms.contains(*program))
+        return true;
+    return entry.tryExec &&
+           runningPrograms.contains(std::filesystem::path(*entry.tryExec).filename().string());
+}
+
+// The handlers in the order to try: the lists' own choices as they stand,
+// then the applications that only declare they open folders, running ones
+// first.
+std::vector<const DesktopEntry*> candidates(const DesktopEntryIndex& index,
+                                            const MimeApps& mimeApps,
+                                            const std::set<std::string>& runningPrograms) {
+    auto handlers = mimeApps.applicationsFor(DefaultFileManager::contentType, index);
+    const auto chosen = mimeApps.associatedApplications(DefaultFileManager::contentType, index);
+    const auto declaring = handlers.begin() + static_cast<std::ptrdiff_t>(chosen.size());
+    std::stable_partition(declaring, handlers.end(), [&](const DesktopEntry* entry) {
+        return runsAmong(*entry, runningPrograms);
+    });
+    return handlers;
+}
+
 }  // namespace
 
 const std::filesystem::path& DefaultFileManager::finderBundlePath() {
@@ -32,10 +57,15 @@ const std::filesystem::path& DefaultFileManager::finderBundlePath() {
     return path;
 }
 
-std::optional<DefaultFileManager> DefaultFileManager::find(const DesktopEntryIndex& index,
-                                                           const MimeApps& mimeApps) {
+std::optional<DefaultFileManager> DefaultFileManager::find(const DesktopEntryIndex& index) {
+    return find(index, MimeApps(index.directories()), runningProgramNames());
+}
+
+std::optional<DefaultFileManager> DefaultFileManager::find(
+    const DesktopEntryIndex& index, const MimeApps& mimeApps,
+    const std::set<std::string>& runningPrograms) {
     std::string tried;
-    for (const auto* entry : mimeApps.applicationsFor(contentType, index)) {
+    for (const auto* entry : candidates(index, mimeApps, runningPrograms)) {
         auto startability = DesktopEntryStartability::of(*entry);
         if (startability.program)
             return DefaultFileManager(*entry, std::move(startability.program));

@@ -2,6 +2,7 @@
 
 #include <filesystem>
 #include <optional>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -24,13 +25,16 @@ class DefaultFileManager {
 
     // The first handler of folders that can really start, in the order of
     // the mime-apps lists (the default first), then the installed
-    // applications that declare they open folders. Nothing, after a line
-    // naming the ones tried and why each can't start, when none can.
+    // applications that declare they open folders, those whose program runs
+    // (one of the running programs' names) before the others: a file
+    // manager the session runs already plays the part rather than a second
+    // one. Nothing, after a line naming the ones tried and why each can't
+    // start, when none can.
     static std::optional<DefaultFileManager> find(const DesktopEntryIndex& index,
-                                                  const MimeApps& mimeApps);
-    static std::optional<DefaultFileManager> find(const DesktopEntryIndex& index) {
-        return find(index, MimeApps(index.directories()));
-    }
+                                                  const MimeApps& mimeApps,
+                                                  const std::set<std::string>& runningPrograms);
+    // With the programs the user runs on this display.
+    static std::optional<DefaultFileManager> find(const DesktopEntryIndex& index);
 
     explicit DefaultFileManager(DesktopEntry entry,
                                 std::optional<std::filesystem::path> program = std::nullopt)

@@ -12,7 +12,8 @@ constexpr std::array<std::string_view, 12> sizes{"48x48",   "64x64",   "96x96", 
                                                  "256x256", "512x512", "scalable", "32x32",
                                                  "24x24",   "22x22",   "16x16",    "192x192"};
 constexpr std::array<std::string_view, 4> contexts{"apps", "legacy", "places", "devices"};
-constexpr std::array<std::string_view, 3> extensions{".png", ".svg", ".xpm"};
+// Compressed SVG too: some applications ship their scalable icon only so.
+constexpr std::array<std::string_view, 4> extensions{".png", ".svg", ".svgz", ".xpm"};
 
 bool isFile(const std::filesystem::path& path) {
     std::error_code error;

@@ -13,7 +13,8 @@ namespace platform::xdg {
 
 // Finds the image file of an entry's Icon value: an absolute path as it
 // stands, else the name in the icon themes' usual places
-// (<data dir>/icons/<theme>/<size>/<context>/<name>.png and the like),
+// (<data dir>/icons/<theme>/<size>/<context>/<name>.png, .svg, .svgz or
+// .xpm, the "scalable" size among the others),
 // then in <data dir>/pixmaps. A plain lookup by theme name and size, with
 // answers remembered.
 class DesktopEntryIcons {

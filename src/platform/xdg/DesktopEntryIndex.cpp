@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cctype>
+#include <tuple>
 
 #include "platform/xdg/DesktopEntryExec.h"
 
@@ -38,6 +39,30 @@ std::string fileName(const std::string& path) {
 
 bool isRunnableApplication(const DesktopEntry& entry) {
     return entry.type == DesktopEntry::Type::application && !entry.hidden;
+}
+
+// The last part of a reverse-domain id: "mousepad" of "org.xfce.mousepad".
+std::string_view lastIdPart(std::string_view id) {
+    const auto dot = id.rfind('.');
+    return dot == std::string_view::npos ? id : id.substr(dot + 1);
+}
+
+// How closely an entry's id names a program or window class: the id itself
+// (0), the last part of a reverse-domain id (1), or neither (2). Ignores
+// case, as window classes capitalise what program names don't.
+int idMatch(const DesktopEntry& entry, std::string_view name) {
+    const auto id = lowercased(entry.idWithoutSuffix());
+    const auto wanted = lowercased(name);
+    if (id == wanted)
+        return 0;
+    return lastIdPart(id) == wanted ? 1 : 2;
+}
+
+// Whether the entry starts its program with options of its own, as the
+// settings and helper entries of an application do ("mousepad
+// --preferences"); the application's own entry passes at most the files.
+bool startsWithOptions(const DesktopEntry& entry) {
+    return desktopEntryCommandLine(entry.exec).size() > 1;
 }
 
 }  // namespace
@@ -92,11 +117,13 @@ const DesktopEntry* DesktopEntryIndex::entryWithId(std::string_view id) const {
 
 const DesktopEntry* DesktopEntryIndex::bestOf(const std::vector<std::size_t>& candidates,
                                               std::string_view name) const {
+    // Several entries may run one program: the application's own entry,
+    // its settings, helpers. The application's is the one shown in menus,
+    // named after the program, and starting the program without options.
     const auto rank = [&](std::size_t index) {
         const auto& entry = entries_[index];
-        if (entry.idWithoutSuffix() == name)
-            return 0;
-        return entry.isVisibleApplication() ? 1 : 2;
+        return std::tuple(!entry.isVisibleApplication(), idMatch(entry, name),
+                          startsWithOptions(entry));
     };
     const auto best = std::min_element(candidates.begin(), candidates.end(),
                                        [&](auto a, auto b) { return rank(a) < rank(b); });
@@ -127,17 +154,33 @@ const DesktopEntry* DesktopEntryIndex::entryForWindowClass(std::string_view inst
         if (it != byWindowClass_.end())
             return bestOf(it->second, name);
     }
+    // Without StartupWMClass, an id named like the class: "xterm.desktop" for
+    // "XTerm", "org.xfce.mousepad.desktop" for "Mousepad"; one shown in menus
+    // first, then the closer name, then the class before the instance.
+    const DesktopEntry* best = nullptr;
+    auto bestRank = std::tuple(true, 2);
     for (const auto name : {className, instanceName}) {
         if (name.empty())
             continue;
-        const auto wanted = lowercased(name);
         for (const auto& entry : entries_) {
-            if (isRunnableApplication(entry) && lowercased(entry.idWithoutSuffix()) == wanted) {
-                return &entry;
+            if (!isRunnableApplication(entry))
+                continue;
+            const int closeness = idMatch(entry, name);
+            const auto rank = std::tuple(!entry.isVisibleApplication(), closeness);
+            if (closeness < 2 && (!best || rank < bestRank)) {
+                best = &entry;
+                bestRank = rank;
             }
         }
     }
-    return nullptr;
+    return best;
+}
+
+const DesktopEntry* DesktopEntryIndex::entryForApplicationId(std::string_view applicationId) const {
+    if (applicationId.empty())
+        return nullptr;
+    const auto* entry = entryWithId(applicationId);
+    return entry && isRunnableApplication(*entry) ? entry : nullptr;
 }
 
 }  // namespace platform::xdg

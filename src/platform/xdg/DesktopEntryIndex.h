@@ -36,18 +36,24 @@ class DesktopEntryIndex {
     const DesktopEntry* entryWithId(std::string_view id) const;
 
     // The application that runs an executable of this name: an entry whose
-    // Exec program or TryExec has the name. Among several, one whose id is
-    // the name, then a visible one, then the first. Hidden entries and
+    // Exec program or TryExec has the name. Among several, a visible one,
+    // then one whose id is the name, then one whose reverse-domain id ends
+    // in it, then one starting the program without options of its own (not
+    // a settings or helper entry), then the first. Hidden entries and
     // entries of other types are left out.
     const DesktopEntry* entryForExecutableName(std::string_view name) const;
     // The application a process runs, by the names ProcessInfo knows it by.
     const DesktopEntry* entryForProcess(const ProcessInfo& process) const;
     const DesktopEntry* entryForProcess(pid_t pid) const;
     // The application of a window of this WM_CLASS: StartupWMClass equal to
-    // the class or the instance name, else an id equal to either, ignoring
-    // case.
+    // the class or the instance name, else an id equal to either, else a
+    // reverse-domain id ending in either, ignoring case, a visible entry
+    // before a NoDisplay one.
     const DesktopEntry* entryForWindowClass(std::string_view instanceName,
                                             std::string_view className) const;
+    // The application whose desktop-file id a window names as its
+    // application id (_GTK_APPLICATION_ID), when it is installed.
+    const DesktopEntry* entryForApplicationId(std::string_view applicationId) const;
 
   private:
     void addDirectory(const std::filesystem::path& directory);

@@ -29,6 +29,11 @@ const std::vector<std::string>& idsFor(const Associations& associations, std::st
     return it == associations.end() ? none : it->second;
 }
 
+void appendOnce(std::vector<const DesktopEntry*>& entries, const DesktopEntry* entry) {
+    if (entry && std::find(entries.begin(), entries.end(), entry) == entries.end())
+        entries.push_back(entry);
+}
+
 std::string lowercased(std::string text) {
     std::transform(text.begin(), text.end(), text.begin(),
                    [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
@@ -96,26 +101,40 @@ const DesktopEntry* MimeApps::defaultApplication(std::string_view contentType,
     return applications.empty() ? nullptr : applications.front();
 }
 
-std::vector<const DesktopEntry*> MimeApps::applicationsFor(std::string_view contentType,
-                                                           const DesktopEntryIndex& index) const {
+std::vector<const DesktopEntry*> MimeApps::associatedApplications(
+    std::string_view contentType, const DesktopEntryIndex& index) const {
     std::vector<const DesktopEntry*> found;
-    const auto add = [&](const DesktopEntry* entry) {
-        if (entry && std::find(found.begin(), found.end(), entry) == found.end())
-            found.push_back(entry);
-    };
+    const auto add = [&](const DesktopEntry* entry) { appendOnce(found, entry); };
     for (const auto& list : lists_) {
         for (const auto& id : idsFor(list.defaults, contentType))
             add(installedApplication(index, id));
     }
+    std::set<std::string, std::less<>> removedAbove;
+    for (const auto& list : lists_) {
+        const auto& removedHere = idsFor(list.removed, contentType);
+        removedAbove.insert(removedHere.begin(), removedHere.end());
+        for (const auto& id : idsFor(list.added, contentType)) {
+            if (!removedAbove.contains(id))
+                add(installedApplication(index, id));
+        }
+    }
+    return found;
+}
+
+std::set<std::string, std::less<>> MimeApps::removedIds(std::string_view contentType) const {
     std::set<std::string, std::less<>> removed;
     for (const auto& list : lists_) {
         const auto& removedHere = idsFor(list.removed, contentType);
         removed.insert(removedHere.begin(), removedHere.end());
-        for (const auto& id : idsFor(list.added, contentType)) {
-            if (!removed.contains(id))
-                add(installedApplication(index, id));
-        }
     }
+    return removed;
+}
+
+std::vector<const DesktopEntry*> MimeApps::applicationsFor(std::string_view contentType,
+                                                           const DesktopEntryIndex& index) const {
+    auto found = associatedApplications(contentType, index);
+    const auto add = [&](const DesktopEntry* entry) { appendOnce(found, entry); };
+    const auto removed = removedIds(contentType);
     std::vector<const DesktopEntry*> undisplayed;
     for (const auto& entry : index.entries()) {
         if (entry.hidden || entry.type != DesktopEntry::Type::application)

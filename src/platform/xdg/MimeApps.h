@@ -2,6 +2,7 @@
 
 #include <filesystem>
 #include <map>
+#include <set>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -46,8 +47,16 @@ class MimeApps {
     // (the default first), each once: the ones to fall back on in turn.
     std::vector<const DesktopEntry*> applicationsFor(std::string_view contentType,
                                                      const DesktopEntryIndex& index) const;
+    // The installed applications the lists name for the content type, as
+    // defaults or added associations, in the order above; they begin
+    // applicationsFor, before the applications that merely declare the type.
+    std::vector<const DesktopEntry*> associatedApplications(std::string_view contentType,
+                                                            const DesktopEntryIndex& index) const;
 
   private:
+    // The ids whose association with the type some list removes.
+    std::set<std::string, std::less<>> removedIds(std::string_view contentType) const;
+
     std::vector<List> lists_;
 };
 

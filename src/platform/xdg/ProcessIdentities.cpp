@@ -31,21 +31,27 @@ bool ProcessIdentities::isOurs(pid_t pid) const {
     return !ownExecutable_.empty() && ProcessInfo::read(pid).executable == ownExecutable_;
 }
 
-const DesktopEntry* ProcessIdentities::entryOf(
-    pid_t pid, const std::optional<WindowClass>& windowClass) const {
-    if (const auto* entry = entries_.entryForProcess(pid))
-        return entry;
-    if (windowClass)
-        return entries_.entryForWindowClass(windowClass->instanceName, windowClass->className);
-    return nullptr;
+const DesktopEntry* ProcessIdentities::entryOf(pid_t pid,
+                                               const std::optional<WindowIdentity>& window) const {
+    if (window) {
+        if (const auto* entry = entries_.entryForApplicationId(window->applicationId))
+            return entry;
+        if (const auto* entry =
+                entries_.entryForWindowClass(window->instanceName, window->className))
+            return entry;
+    }
+    return entries_.entryForProcess(pid);
 }
 
 ProcessIdentities::Identity ProcessIdentities::identityOf(
-    pid_t pid, const std::optional<WindowClass>& windowClass) const {
+    pid_t pid, const std::optional<WindowIdentity>& window, bool onlyAccessoryWindows) const {
     if (isOurs(pid))
         return own_;
-    return XdgRunningApplication::identityFor(pid, entryOf(pid, windowClass), fileManager(),
-                                              icons_);
+    const auto* entry = entryOf(pid, window);
+    const bool isFinder = entry && fileManager_ && fileManager_->entry().id == entry->id;
+    if (onlyAccessoryWindows && !isFinder)
+        return XdgRunningApplication::accessoryIdentityOfProcess(pid);
+    return XdgRunningApplication::identityFor(pid, entry, fileManager(), icons_);
 }
 
 std::optional<ProcessIdentities::Identity> ProcessIdentities::finderIdentity() const {
@@ -74,12 +80,33 @@ std::optional<Image> ProcessIdentities::applicationIcon(
     return XdgRunningApplication::identityOf(*entry, icons_).icon;
 }
 
-std::vector<pid_t> ProcessIdentities::processesWithEntries() const {
+namespace {
+
+// The user's processes on this display, in ascending order.
+std::vector<pid_t> usersProcessesOnDisplay() {
     const char* display = std::getenv("DISPLAY");
-    std::map<pid_t, const DesktopEntry*> found;
+    std::vector<pid_t> processes;
     for (const pid_t pid : allProcessIdentifiers()) {
-        if (!isOwnUsersProcess(pid) || !isOnDisplay(pid, display))
-            continue;
+        if (isOwnUsersProcess(pid) && isOnDisplay(pid, display))
+            processes.push_back(pid);
+    }
+    return processes;
+}
+
+}  // namespace
+
+std::set<std::string> runningProgramNames() {
+    std::set<std::string> names;
+    for (const pid_t pid : usersProcessesOnDisplay()) {
+        for (auto& name : ProcessInfo::read(pid).executableNames())
+            names.insert(std::move(name));
+    }
+    return names;
+}
+
+std::vector<pid_t> ProcessIdentities::processesWithEntries() const {
+    std::map<pid_t, const DesktopEntry*> found;
+    for (const pid_t pid : usersProcessesOnDisplay()) {
         if (const auto* entry = entries_.entryForProcess(pid))
             found.emplace(pid, entry);
     }

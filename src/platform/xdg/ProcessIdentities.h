@@ -4,6 +4,7 @@
 
 #include <filesystem>
 #include <optional>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -14,10 +15,13 @@
 
 namespace platform::xdg {
 
-// A window's WM_CLASS: the instance name and the class name.
-struct WindowClass {
+// What a window says of the application it belongs to: its WM_CLASS
+// (instance and class name) and the application id a toolkit gives it
+// (_GTK_APPLICATION_ID, a desktop-file id).
+struct WindowIdentity {
     std::string instanceName;
     std::string className;
+    std::string applicationId;
 };
 
 // Who a process is to the workspace: the program itself, the file manager
@@ -32,9 +36,15 @@ class ProcessIdentities {
                       std::optional<DefaultFileManager> fileManager, Identity own,
                       std::filesystem::path ownExecutable);
 
-    // The identity of a process; the class of one of its windows finds the
-    // entry of a program that its process names don't.
-    Identity identityOf(pid_t pid, const std::optional<WindowClass>& windowClass = {}) const;
+    // The identity of a process. What one of its windows says of itself
+    // names the application before the process's names do: several entries
+    // may run one program, and interpreters and launchers run many. A
+    // process whose windows are all accessories (docks, desktops, windows
+    // kept out of the taskbar) is no regular application, so it isn't
+    // offered under its entry's name; the file manager playing the Finder
+    // stays the Finder.
+    Identity identityOf(pid_t pid, const std::optional<WindowIdentity>& window = {},
+                        bool onlyAccessoryWindows = false) const;
     const Identity& ownIdentity() const { return own_; }
     // Whether the process runs this program.
     bool isOurs(pid_t pid) const;
@@ -63,7 +73,7 @@ class ProcessIdentities {
     std::vector<pid_t> processesWithEntries() const;
 
   private:
-    const DesktopEntry* entryOf(pid_t pid, const std::optional<WindowClass>& windowClass) const;
+    const DesktopEntry* entryOf(pid_t pid, const std::optional<WindowIdentity>& window) const;
 
     const DesktopEntryIndex& entries_;
     const DesktopEntryIcons& icons_;
@@ -72,6 +82,9 @@ class ProcessIdentities {
     std::filesystem::path ownExecutable_;
 };
 
+// The names (ProcessInfo::executableNames) of the programs the user runs on
+// this display.
+std::set<std::string> runningProgramNames();
 // The parent of a process; nothing when the process is gone.
 std::optional<pid_t> parentProcessIdentifier(pid_t pid);
 // Whether the process belongs to the user this program runs as.

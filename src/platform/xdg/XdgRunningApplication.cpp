@@ -44,6 +44,12 @@ XdgRunningApplication::Identity XdgRunningApplication::identityOfProcess(pid_t p
     return identity;
 }
 
+XdgRunningApplication::Identity XdgRunningApplication::accessoryIdentityOfProcess(pid_t pid) {
+    auto identity = identityOfProcess(pid);
+    identity.activationPolicy = ActivationPolicy::accessory;
+    return identity;
+}
+
 XdgRunningApplication::Identity XdgRunningApplication::identityFor(
     pid_t pid, const DesktopEntry* entry, const DefaultFileManager* fileManager,
     const DesktopEntryIcons& icons) {

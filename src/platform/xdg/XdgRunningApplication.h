@@ -37,6 +37,9 @@ class XdgRunningApplication final : public RunningApplication,
                                      const DesktopEntryIcons& icons);
     // The identity of a process without an entry: its executable's name.
     static Identity identityOfProcess(pid_t pid);
+    // The identity of a process that shows only accessory windows (a panel,
+    // a desktop): its executable's name, no bundle, an accessory.
+    static Identity accessoryIdentityOfProcess(pid_t pid);
     // The identity of a process whose entry (if any) the index found: the
     // Finder's when the entry is the file manager's.
     static Identity identityFor(pid_t pid, const DesktopEntry* entry,

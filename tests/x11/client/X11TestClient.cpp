@@ -8,6 +8,9 @@
 //   pid NAME PID             sets its _NET_WM_PID
 //   destroy NAME
 //   churn SECONDS            creates and destroys windows as fast as it can
+//   class INSTANCE CLASS     the WM_CLASS of the windows created from now on
+//   appid ID                 their _GTK_APPLICATION_ID ("-": none)
+//   kind KIND                what they are: normal, dock, desktop, skip-taskbar
 //
 // Windows close themselves when the window manager asks them to. None takes
 // the focus when it appears, so tests running side by side don't disturb
@@ -31,6 +34,13 @@ namespace {
 
 struct Atoms {
     xcb_atom_t netWmName, utf8String, netWmPid, netWmUserTime, wmProtocols, wmDeleteWindow;
+    xcb_atom_t applicationId, windowType, dockType, desktopType, netWmState, skipTaskbar;
+};
+
+// What the windows created next say of themselves.
+struct WindowTraits {
+    std::string instanceName, className, applicationId;
+    std::string kind = "normal";
 };
 
 xcb_atom_t intern(xcb_connection_t* connection, const char* name) {
@@ -46,9 +56,18 @@ class Client {
   public:
     Client(xcb_connection_t* connection, xcb_screen_t* screen)
         : connection_(connection), screen_(screen) {
-        atoms_ = {intern(connection, "_NET_WM_NAME"), intern(connection, "UTF8_STRING"),
-                  intern(connection, "_NET_WM_PID"),  intern(connection, "_NET_WM_USER_TIME"),
-                  intern(connection, "WM_PROTOCOLS"), intern(connection, "WM_DELETE_WINDOW")};
+        atoms_ = {intern(connection, "_NET_WM_NAME"),
+                  intern(connection, "UTF8_STRING"),
+                  intern(connection, "_NET_WM_PID"),
+                  intern(connection, "_NET_WM_USER_TIME"),
+                  intern(connection, "WM_PROTOCOLS"),
+                  intern(connection, "WM_DELETE_WINDOW"),
+                  intern(connection, "_GTK_APPLICATION_ID"),
+                  intern(connection, "_NET_WM_WINDOW_TYPE"),
+                  intern(connection, "_NET_WM_WINDOW_TYPE_DOCK"),
+                  intern(connection, "_NET_WM_WINDOW_TYPE_DESKTOP"),
+                  intern(connection, "_NET_WM_STATE"),
+                  intern(connection, "_NET_WM_STATE_SKIP_TASKBAR")};
     }
 
     std::string run(const std::string& line) {
@@ -61,6 +80,19 @@ class Client {
             return "ok " + hex(create(name, rest));
         if (command == "churn")
             return "ok " + std::to_string(churn(std::atof(name.c_str())));
+        if (command == "class") {
+            traits_.instanceName = name;
+            traits_.className = rest;
+            return "ok";
+        }
+        if (command == "appid") {
+            traits_.applicationId = name == "-" ? "" : name;
+            return "ok";
+        }
+        if (command == "kind") {
+            traits_.kind = name;
+            return "ok";
+        }
         auto it = windows_.find(name);
         if (it == windows_.end())
             return "error no window " + name;
@@ -128,11 +160,39 @@ class Client {
         setCardinal(window, atoms_.netWmUserTime, 0);
         xcb_change_property(connection_, XCB_PROP_MODE_REPLACE, window, atoms_.wmProtocols,
                             XCB_ATOM_ATOM, 32, 1, &atoms_.wmDeleteWindow);
+        applyTraits(window);
         xcb_map_window(connection_, window);
         if (!name.empty())
             windows_[name] = window;
         sync();
         return window;
+    }
+
+    void applyTraits(xcb_window_t window) {
+        if (!traits_.className.empty()) {
+            // Two strings, each ending in a zero byte.
+            const std::string value = traits_.instanceName + '\0' + traits_.className + '\0';
+            xcb_change_property(connection_, XCB_PROP_MODE_REPLACE, window, XCB_ATOM_WM_CLASS,
+                                XCB_ATOM_STRING, 8, static_cast<uint32_t>(value.size()),
+                                value.data());
+        }
+        if (!traits_.applicationId.empty()) {
+            xcb_change_property(connection_, XCB_PROP_MODE_REPLACE, window, atoms_.applicationId,
+                                atoms_.utf8String, 8,
+                                static_cast<uint32_t>(traits_.applicationId.size()),
+                                traits_.applicationId.data());
+        }
+        const xcb_atom_t type = traits_.kind == "dock"      ? atoms_.dockType
+                                : traits_.kind == "desktop" ? atoms_.desktopType
+                                                            : xcb_atom_t{XCB_ATOM_NONE};
+        if (type != XCB_ATOM_NONE) {
+            xcb_change_property(connection_, XCB_PROP_MODE_REPLACE, window, atoms_.windowType,
+                                XCB_ATOM_ATOM, 32, 1, &type);
+        }
+        if (traits_.kind == "skip-taskbar") {
+            xcb_change_property(connection_, XCB_PROP_MODE_REPLACE, window, atoms_.netWmState,
+                                XCB_ATOM_ATOM, 32, 1, &atoms_.skipTaskbar);
+        }
     }
 
     void setTitle(xcb_window_t window, const std::string& title) {
@@ -202,6 +262,7 @@ class Client {
     xcb_connection_t* connection_;
     xcb_screen_t* screen_;
     Atoms atoms_{};
+    WindowTraits traits_;
     std::map<std::string, xcb_window_t> windows_;
     // When each window was reparented into a frame.
     std::map<xcb_window_t, std::chrono::steady_clock::time_point> managed_;

@@ -176,6 +176,8 @@ void RootCoordinator::handleShortcutEvent(const platform::Event& event) {
 }
 
 void RootCoordinator::presentListWindow() {
+    // The content is brought up to date first: its size places the panel.
+    listWindowView_->willPresent();
     placeListWindowAtMouse();
     mainWindowController().window()->setAlphaValue(1.0);
     mainWindowController().showWindow();
@@ -204,7 +206,11 @@ void RootCoordinator::handleMouseMoved(const platform::Event&, const char*) {
                                     std::clamp(mouse.y, frame.minY(), frame.maxY())};
     const double d = plumbline::distance(mouse, nearest);
     const double alpha = std::clamp((fadeDistance - d) / fadeDistance, 0.0, 1.0);
-    window->setAlphaValue(alpha);
+    // Only a change is written, and only to a shown panel: the next
+    // presentation sets its own alpha, so a closed panel's moves cost no
+    // drawing and no message to the window system.
+    if (window->isVisible() && alpha != window->alphaValue())
+        window->setAlphaValue(alpha);
     if (alpha <= 0.0) {
         window->close();
         removeMouseMonitors();

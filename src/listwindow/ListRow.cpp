@@ -13,6 +13,18 @@ void ListRow::VM::setShowButtonIcons(bool show) {
     changed_.emit();
 }
 
+bool ListRow::Drawing::looksLike(const Drawing& other) const {
+    for (std::size_t i = 0; i < buttons.size(); ++i) {
+        const auto& mine = buttons[i];
+        const auto& theirs = other.buttons[i];
+        if (mine.sfImage != theirs.sfImage || mine.color != theirs.color ||
+            mine.opacity != theirs.opacity || mine.accessibleName != theirs.accessibleName)
+            return false;
+    }
+    return title == other.title && bold == other.bold && italic == other.italic &&
+           opacity == other.opacity;
+}
+
 ListRow::ListRow(WindowRef window, Coordinator& coordinator, std::shared_ptr<VM> vm)
     : window_(std::move(window)), coordinator_(coordinator), vm_(std::move(vm)) {}
 

@@ -1,8 +1,10 @@
 #include "listwindow/ListWindowView.h"
 
+#include <algorithm>
 #include <type_traits>
 
 #include "listwindow/ListWindowViewModel.h"
+#include "listwindow/ListWindowWatch.h"
 #include "settings/SettingsKeys.h"
 #include "support/DefaultsManager.h"
 #include "tracking/AppPresentation.h"
@@ -80,11 +82,26 @@ ListWindowView::Menu menu(ListWindowViewModel& model,
             menuEntries(model, appsIn(state.apps, AppGrouping::track), favorites, hidden)};
 }
 
+// Gone: the platform no longer knows the element. Any other failure to
+// read leaves the window listed, and its row shows what it can.
+bool hasGone(const corvane::Application::Window& window) {
+    try {
+        window.attribute<std::string>(corvane::UIElement::Attribute::role);
+    } catch (const corvane::AXError& error) {
+        return error == corvane::AXError::invalidUIElement;
+    }
+    return false;
+}
+
 std::vector<ListWindowView::Row> rows(const std::vector<ListWindowView::WindowRef>& windows) {
     std::vector<ListWindowView::Row> rows;
     rows.reserve(windows.size());
-    for (std::size_t i = 0; i < windows.size(); ++i)
-        rows.push_back({windows[i], windows[i]->id(), i + 1 < windows.size()});
+    for (const auto& window : windows) {
+        if (!hasGone(*window))
+            rows.push_back({window, window->id(), true});
+    }
+    if (!rows.empty())
+        rows.back().hasDivider = false;
     return rows;
 }
 
@@ -113,7 +130,27 @@ Content errorContent(const InteractionController::Error& error) {
 
 ListWindowView::ListWindowView(ListWindowViewModel& model, ListRow::Coordinator& coordinator,
                                PermissionRequestView* permissionView)
-    : model_(model), coordinator_(coordinator), permissionView_(permissionView) {}
+    : model_(model),
+      coordinator_(coordinator),
+      permissionView_(permissionView),
+      watch_(std::make_unique<ListWindowWatch>(
+          model, [this](std::optional<std::size_t> windowId) { windowChanged_.emit(windowId); })) {}
+
+ListWindowView::~ListWindowView() = default;
+
+bool ListWindowView::Menu::looksLike(const Menu& other) const {
+    const auto sameEntries = [](const std::vector<MenuEntry>& a, const std::vector<MenuEntry>& b) {
+        return std::equal(
+            a.begin(), a.end(), b.begin(), b.end(), [](const MenuEntry& x, const MenuEntry& y) {
+                return x.application == y.application && x.name == y.name &&
+                       std::equal(x.submenu.begin(), x.submenu.end(), y.submenu.begin(),
+                                  y.submenu.end(),
+                                  [](const auto& i, const auto& j) { return i.title == j.title; });
+            });
+    };
+    return label == other.label && sameEntries(favorites, other.favorites) &&
+           sameEntries(tracked, other.tracked);
+}
 
 ListWindowView::Content ListWindowView::content() const {
     return std::visit(

@@ -16,6 +16,7 @@
 namespace tarnwick {
 
 class ListWindowViewModel;
+class ListWindowWatch;
 class PermissionRequestView;
 
 // The content of the floating panel as data, computed from the list window's
@@ -74,6 +75,9 @@ class ListWindowView {
             bool bold = false;     // the application's main window
             bool italic = false;   // minimised
             double opacity = 1.0;  // 0.5 when minimised
+
+            // Whether a person would see the same row: the actions aside.
+            bool looksLike(const Drawing& other) const;
         };
 
         ListRow(WindowRef window, Coordinator& coordinator, std::shared_ptr<VM> vm);
@@ -116,6 +120,10 @@ class ListWindowView {
         std::string label;
         std::vector<MenuEntry> favorites;
         std::vector<MenuEntry> tracked;
+
+        // The same label, applications, names and commands: a menu that
+        // looks like the one shown needn't replace it.
+        bool looksLike(const Menu& other) const;
     };
 
     // One window row, keyed by the window's identity.
@@ -138,11 +146,23 @@ class ListWindowView {
     ListWindowView(ListWindowViewModel& model, ListRow::Coordinator& coordinator,
                    PermissionRequestView* permissionView = nullptr);
 
-    // Computed afresh from the model's state.
+    ~ListWindowView();
+
+    // Computed afresh from the model's state. A window that has gone since
+    // the model listed it is left out: its row would have nothing to show.
     Content content() const;
 
     // Sent whenever the model's state is assigned: the widgets redraw.
     quillbox::Signal<>& changed();
+    // Sent with a row's key when its window was retitled, minimised or went
+    // away: that row is drawn again, or leaves the list. Without a key every
+    // row is drawn again.
+    quillbox::Signal<std::optional<std::size_t>>& windowChanged() { return windowChanged_; }
+
+    // The panel is about to be shown: its drawing is brought up to date
+    // now, so that it shows what is true at the showing.
+    void willPresent() { presenting_.emit(); }
+    quillbox::Signal<>& presenting() { return presenting_; }
 
     ListRow::Coordinator& coordinator() const { return coordinator_; }
     ListWindowViewModel& model() const { return model_; }
@@ -152,6 +172,9 @@ class ListWindowView {
     ListWindowViewModel& model_;
     ListRow::Coordinator& coordinator_;
     PermissionRequestView* permissionView_;
+    quillbox::Signal<std::optional<std::size_t>> windowChanged_;
+    quillbox::Signal<> presenting_;
+    std::unique_ptr<ListWindowWatch> watch_;
 };
 
 }  // namespace tarnwick

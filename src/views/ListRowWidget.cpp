@@ -66,7 +66,9 @@ ListRowWidget::ListRowWidget(ListRow row, tarnwick::ListWindowView::Coordinator&
 ListRowWidget::~ListRowWidget() = default;
 
 void ListRowWidget::redraw() {
-    const ListRow::Drawing drawing = row_.draw();
+    ListRow::Drawing drawing = row_.draw();
+    if (drawn_ && drawn_->looksLike(drawing))
+        return;
     for (std::size_t index = 0; index < buttons_.size(); ++index)
         buttons_[index]->setButton(drawing.buttons[index]);
 
@@ -84,6 +86,7 @@ void ListRowWidget::redraw() {
     // Screen readers read the whole title, however it is shortened.
     title_->setAccessibleName(title);
     setAccessibleName(title);
+    drawn_ = std::move(drawing);
 }
 
 int ListRowWidget::widestTitle() const {
@@ -107,8 +110,10 @@ void ListRowWidget::leaveEvent(QEvent* event) {
 // palette (a change to a dark theme) needs it worked out again.
 void ListRowWidget::changeEvent(QEvent* event) {
     QAbstractButton::changeEvent(event);
-    if (event->type() == QEvent::PaletteChange)
+    if (event->type() == QEvent::PaletteChange) {
+        drawn_.reset();
         redraw();
+    }
 }
 
 // Borderless: only a press shows, as a soft tint behind the row.

@@ -2,6 +2,7 @@
 
 #include <QAbstractButton>
 #include <array>
+#include <optional>
 
 #include "listwindow/ListWindowView.h"
 #include "platform/Subscription.h"
@@ -30,7 +31,8 @@ class ListRowWidget final : public QAbstractButton {
     TrafficLightButton* button(std::size_t index) const { return buttons_.at(index); }
     QLabel* title() const { return title_; }
 
-    // Reads the window's attributes again and draws them.
+    // Reads the window's attributes again and draws what changed since the
+    // last drawing; a row that looks the same is left alone.
     void redraw();
 
   protected:
@@ -44,6 +46,7 @@ class ListRowWidget final : public QAbstractButton {
     int widestTitle() const;
 
     ListRow row_;
+    std::optional<ListRow::Drawing> drawn_;
     std::array<TrafficLightButton*, 3> buttons_{};
     QLabel* title_;
     platform::Subscription vmChanges_;

@@ -6,9 +6,10 @@
 namespace platform::qt {
 
 std::shared_ptr<ContentView> makeListWindowContentView(tarnwick::ListWindowView& view) {
-    return std::make_shared<QtContentView>(new ListWindowWidget([&view] { return view.content(); },
-                                                                view.changed(), view.coordinator(),
-                                                                nullptr, view.permissionView()));
+    auto* widget = new ListWindowWidget([&view] { return view.content(); }, view.changed(),
+                                        view.coordinator(), nullptr, view.permissionView());
+    widget->follow(view);
+    return std::make_shared<QtContentView>(widget);
 }
 
 }  // namespace platform::qt

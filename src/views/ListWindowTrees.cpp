@@ -2,13 +2,10 @@
 
 #include <QApplication>
 #include <QLabel>
-#include <QPainter>
 #include <QPushButton>
 #include <QVBoxLayout>
-#include <memory>
 
 #include "views/AppMenu.h"
-#include "views/ListRowWidget.h"
 #include "views/PanelLayout.h"
 #include "views/PermissionRequestWidget.h"
 
@@ -32,24 +29,6 @@ QFont calloutFont() {
     font.setPointSizeF(font.pointSizeF() - 1);
     return font;
 }
-
-// A hairline in a faint shade of the text colour, so that it shows on light
-// and dark panels alike.
-class Divider final : public QWidget {
-  public:
-    explicit Divider(QWidget* parent) : QWidget(parent) {
-        setObjectName(QStringLiteral("divider"));
-        setFixedHeight(dividerHeight);
-        setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
-    }
-
-  protected:
-    void paintEvent(QPaintEvent*) override {
-        QColor line = palette().color(QPalette::WindowText);
-        line.setAlphaF(0.15f);
-        QPainter(this).fillRect(rect(), line);
-    }
-};
 
 // Text as it is: no markup, and an ampersand is not a mnemonic.
 QString literal(const std::string& text) {
@@ -106,52 +85,26 @@ QWidget* emptyText(const std::string& text, QWidget* parent) {
     return label;
 }
 
-QWidget* windowList(const std::vector<ListWindowView::Row>& rows,
-                    ListWindowView::ListRow::Coordinator& coordinator, QWidget* parent) {
-    auto* list = new QWidget(parent);
-    list->setObjectName(QStringLiteral("windowList"));
-    auto* layout = new QVBoxLayout(list);
-    layout->setContentsMargins(0, 0, 0, 0);
-    layout->setSpacing(rowSpacing);
-    for (const auto& row : rows) {
-        layout->addWidget(new ListRowWidget(
-            ListWindowView::ListRow(row.window, coordinator,
-                                    std::make_shared<ListWindowView::ListRow::VM>()),
-            coordinator, list));
-        if (row.hasDivider)
-            layout->addWidget(new Divider(list));
-    }
-    return list;
-}
-
-QWidget* menuAndListTree(const ListWindowView::Content& content,
-                         ListWindowView::ListRow::Coordinator& coordinator, QWidget* parent) {
-    auto* tree = new QWidget(parent);
-    auto* layout = new QVBoxLayout(tree);
-    layout->setContentsMargins(scenePadding, scenePadding, scenePadding, scenePadding);
-    layout->setSpacing(sectionSpacing);
-    layout->addWidget(menuButton(content.menu, tree));
-    if (content.emptyText)
-        layout->addWidget(emptyText(*content.emptyText, tree));
-    else
-        layout->addWidget(windowList(content.rows, coordinator, tree));
-    return tree;
-}
-
 }  // namespace
 
 QWidget* buildListWindowTree(const ListWindowView::Content& content,
-                             ListWindowView::ListRow::Coordinator& coordinator,
                              tarnwick::PermissionRequestView* permissionView, QWidget* parent) {
     switch (content.tree) {
         case ListWindowView::Tree::permission:
             return permissionTree(permissionView, parent);
         case ListWindowView::Tree::errorText:
-            return errorTree(content.errorText, parent);
         case ListWindowView::Tree::menuAndList:
-            return menuAndListTree(content, coordinator, parent);
+            break;
     }
     return errorTree(content.errorText, parent);
+}
+
+QPushButton* buildMenuButton(const ListWindowView::Menu& menu, QWidget* parent) {
+    return menuButton(menu, parent);
+}
+
+QWidget* buildEmptyText(const std::string& text, QWidget* parent) {
+    return emptyText(text, parent);
 }
 
 }  // namespace platform::qt

@@ -13,6 +13,7 @@
 #include "listwindow/ListWindowView.h"
 #include "support/Signal.h"
 #include "views/ListRowWidget.h"
+#include "views/ListWindowRowList.h"
 #include "views/ListWindowWidget.h"
 
 namespace viewtest {
@@ -76,9 +77,11 @@ class ListWindowTest : public corvane::testing::AccessibilityTest {
         QCoreApplication::processEvents();
     }
 
+    // The rows in their order on the panel.
     std::vector<platform::qt::ListRowWidget*> rowWidgets() const {
-        const auto found = widget->tree()->findChildren<platform::qt::ListRowWidget*>();
-        return {found.begin(), found.end()};
+        if (!widget->rowList())
+            return {};
+        return widget->rowList()->rows();
     }
 
     ListWindowView::Content content;

@@ -42,6 +42,8 @@ QStringList listOrder(const QWidget& tree) {
     QStringList order;
     for (int index = 0; index < list->layout()->count(); ++index) {
         const QWidget* item = list->layout()->itemAt(index)->widget();
+        if (item->isHidden())
+            continue;
         order << (dynamic_cast<const ListRowWidget*>(item) ? QStringLiteral("row")
                                                            : item->objectName());
     }
@@ -82,9 +84,14 @@ TEST_F(ListWindowTest, HoverShowsTheSymbolsAndLeavingHidesThem) {
     hover(row, false);
     EXPECT_EQ(symbolsOf(*row), plain);
 
-    // A redraw builds the rows anew, with their symbols hidden.
+    // A change of the list keeps the rows that stay, and the pointer that
+    // rests on one still shows its symbols; a row that comes starts plain.
     hover(row, true);
-    redraw(windowsContent({documents, downloads}));
+    redraw(windowsContent({downloads, documents}));
+    ASSERT_EQ(rowWidgets().size(), 2u);
+    EXPECT_EQ(rowWidgets().at(0), row);
+    EXPECT_EQ(symbolsOf(*row),
+              (QStringList{"x.circle.fill", "minus.circle.fill", "viewfinder.circle.fill"}));
     EXPECT_EQ(symbolsOf(*rowWidgets().at(1)), plain);
 }
 

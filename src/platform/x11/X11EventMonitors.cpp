@@ -15,16 +15,27 @@ CGPoint X11EventMonitors::inPoints(CGPoint devicePixels) const {
     return CGPoint{devicePixels.x / scale, devicePixels.y / scale};
 }
 
-// Only mouse events carry a location; key events pass as they came.
+// Only mouse events carry a location, handed out in points; key events
+// pass as they came. While a move is handed out, its place is also the
+// pointer's: the freshest there is, where asking the server again would
+// cost a round trip per move.
 template <typename Handler>
-auto X11EventMonitors::deliverInPoints(const Handler& handler, const Event& event) const {
+void X11EventMonitors::deliver(const Handler& handler, const Event& event) {
     if (event.type == EventType::keyDown || event.type == EventType::keyUp ||
         event.type == EventType::flagsChanged) {
-        return handler(event);
+        handler(event);
+        return;
     }
     Event inPointsEvent = event;
     inPointsEvent.locationInScreen = inPoints(event.locationInScreen);
-    return handler(inPointsEvent);
+    if (event.type != EventType::mouseMoved) {
+        handler(inPointsEvent);
+        return;
+    }
+    const auto outer = movedTo_;
+    movedTo_ = inPointsEvent.locationInScreen;
+    handler(inPointsEvent);
+    movedTo_ = outer;
 }
 
 X11EventMonitors::OurWindowIsActive X11EventMonitors::activeProcessIs(
@@ -37,7 +48,7 @@ Token X11EventMonitors::addGlobalMonitor(EventMask mask, GlobalHandler handler) 
         return Token{};
     return input_->addListener(mask, [this, handler = std::move(handler)](const Event& event) {
         if (!ourWindowIsActive_())
-            deliverInPoints(handler, event);
+            deliver(handler, event);
     });
 }
 
@@ -46,7 +57,7 @@ Token X11EventMonitors::addLocalMonitor(EventMask mask, LocalHandler handler) {
         return Token{};
     return input_->addListener(mask, [this, handler = std::move(handler)](const Event& event) {
         if (ourWindowIsActive_())
-            deliverInPoints(handler, event);
+            deliver(handler, event);
     });
 }
 
@@ -56,6 +67,8 @@ void X11EventMonitors::removeMonitor(Token monitor) {
 }
 
 CGPoint X11EventMonitors::mouseLocation() const {
+    if (movedTo_)
+        return *movedTo_;
     return input_ ? inPoints(input_->mouseLocation()) : CGPoint{};
 }
 

@@ -3,6 +3,7 @@
 #include <sys/types.h>
 
 #include <functional>
+#include <optional>
 
 #include "platform/EventMonitors.h"
 #include "platform/x11/X11ActiveWindowTracker.h"
@@ -39,11 +40,13 @@ class X11EventMonitors final : public EventMonitors {
   private:
     CGPoint inPoints(CGPoint devicePixels) const;
     template <typename Handler>
-    auto deliverInPoints(const Handler& handler, const Event& event) const;
+    void deliver(const Handler& handler, const Event& event);
 
     X11RawInput* input_;
     OurWindowIsActive ourWindowIsActive_;
     PixelsPerPoint pixelsPerPoint_;
+    // The place, in points, of the mouse-moved event being handed out.
+    std::optional<CGPoint> movedTo_;
 };
 
 }  // namespace platform::x11

@@ -234,6 +234,21 @@ std::optional<AccessibleNode> AccessibilityBus::application(const std::string& n
     return std::nullopt;
 }
 
+std::optional<AccessibleNode> AccessibilityBus::applicationHolding(const std::string& name,
+                                                                   const std::string& role,
+                                                                   const std::string& nodeName,
+                                                                   double seconds) {
+    const auto deadline = std::chrono::steady_clock::now() + std::chrono::duration<double>(seconds);
+    std::optional<AccessibleNode> tree;
+    do {
+        tree = application(name, 1);
+        if (tree && tree->find(role, nodeName))
+            break;
+        dispatchFor(std::chrono::milliseconds(50));
+    } while (std::chrono::steady_clock::now() < deadline);
+    return tree;
+}
+
 bool AccessibilityBus::doAction(const std::string& application, pid_t pid, const std::string& role,
                                 const std::string& name, const std::string& action) {
     if (!up_)

@@ -49,6 +49,12 @@ class AccessibilityBus {
     // a process id, only that process's.
     std::optional<AccessibleNode> application(const std::string& name, double seconds = 5,
                                               pid_t pid = 0);
+    // The application's tree once it holds a node of the role and name, as
+    // the application's views catch up with what it shows; the last tree
+    // read when that never happens.
+    std::optional<AccessibleNode> applicationHolding(const std::string& name,
+                                                     const std::string& role,
+                                                     const std::string& nodeName, double seconds);
 
     // Does the named action of the first node with the role and name in the
     // tree of that application's process, as a screen reader does; false

@@ -57,14 +57,9 @@ TEST(ApplicationMenuOnDesktopTest, EachApplicationIsOfferedOnceByItsOwnNameAndTh
     ASSERT_TRUE(tarnwick.waitUntilHandling(SIGTERM, 20)) << tarnwick.standardError();
 
     desktop.movePointer(640, 400);
-    std::optional<AccessibleNode> tree;
-    ASSERT_TRUE(eventually(
-        [&] {
-            desktop.pressChord();
-            tree = bus.application("Tarnwick", 1);
-            return tree && tree->find("push button", "usr");
-        },
-        15))
+    desktop.pressChord();
+    auto tree = bus.applicationHolding("Tarnwick", "push button", "usr", 15);
+    ASSERT_TRUE(tree && tree->find("push button", "usr"))
         << "the panel never listed the file manager's window: " << (tree ? tree->outline() : "");
     const auto* menuButton = tree->find("push button", "File Manager PCManFM");
     ASSERT_TRUE(menuButton) << tree->outline();

@@ -79,15 +79,11 @@ TEST_F(ScreenReaderOnDesktopTest, ThePanelsMenuRowsAndButtonsHaveTheirNames) {
 
     e2e::Desktop desktop;
     desktop.movePointer(640, 400);
-    std::optional<AccessibleNode> tree;
-    // The file manager's window may come after the program's start.
-    ASSERT_TRUE(eventually(
-        [&] {
-            desktop.pressChord();
-            tree = bus.application("Tarnwick", 1);
-            return tree && tree->find("push button", "usr");
-        },
-        15))
+    ASSERT_TRUE(
+        eventually([&] { return !desktop.clientWindowsOf(fileManager.pid()).empty(); }, 15));
+    desktop.pressChord();
+    const auto tree = bus.applicationHolding("Tarnwick", "push button", "usr", 15);
+    ASSERT_TRUE(tree && tree->find("push button", "usr"))
         << "the panel never listed the file manager's window: " << (tree ? tree->outline() : "");
 
     const auto* row = tree->find("push button", "usr");

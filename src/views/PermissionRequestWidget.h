@@ -14,6 +14,8 @@ namespace platform::qt {
 // program: the seal and the enabled state of "Relaunch App" follow the
 // view's model as it changes.
 class PermissionRequestWidget final : public QWidget {
+    Q_OBJECT
+
   public:
     explicit PermissionRequestWidget(tarnwick::PermissionRequestView& view,
                                      QWidget* parent = nullptr);

@@ -82,18 +82,34 @@ void ListRowWidget::redraw() {
     text.setAlphaF(static_cast<float>(drawing.opacity));
     palette.setColor(QPalette::WindowText, text);
     title_->setPalette(palette);
-    title_->setText(QFontMetrics(font).elidedText(title, Qt::ElideMiddle, widestTitle()));
     // Screen readers read the whole title, however it is shortened.
     title_->setAccessibleName(title);
+    shortenTitle();
     setAccessibleName(title);
     drawn_ = std::move(drawing);
 }
 
+void ListRowWidget::shortenTitle() {
+    title_->setText(QFontMetrics(title_->font())
+                        .elidedText(title_->accessibleName(), Qt::ElideMiddle, widestTitle()));
+}
+
+// The room for the title depends on the panel's frame, which is known only
+// once the panel was shown.
+void ListRowWidget::showEvent(QShowEvent* event) {
+    QAbstractButton::showEvent(event);
+    shortenTitle();
+}
+
+// The window manager's frame around the panel takes its share of the work
+// area too; it is known once the panel was first shown.
 int ListRowWidget::widestTitle() const {
     const QScreen* shownOn = screen();
     if (!shownOn)
         return QWIDGETSIZE_MAX;
-    return std::max(0, widestRowTitle(shownOn->availableGeometry().width()));
+    const QWidget* top = window();
+    const int frame = top->frameGeometry().width() - top->width();
+    return std::max(0, widestRowTitle(shownOn->availableGeometry().width() - frame));
 }
 
 void ListRowWidget::enterEvent(QEnterEvent* event) {

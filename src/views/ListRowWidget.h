@@ -34,8 +34,10 @@ class ListRowWidget final : public QAbstractButton {
     // Reads the window's attributes again and draws what changed since the
     // last drawing; a row that looks the same is left alone.
     void redraw();
+    void shortenTitle();
 
   protected:
+    void showEvent(QShowEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
     void enterEvent(QEnterEvent* event) override;
     void leaveEvent(QEvent* event) override;

@@ -21,11 +21,22 @@ namespace {
 using platform::x11::awaitReply;
 using platform::x11::internAtom;
 
+// The atoms asked for at each show, interned once: Qt's one connection
+// lives as long as the program, and a show should cost no extra round trip.
+struct StackingAtoms {
+    xcb_atom_t activeWindow;
+    xcb_atom_t windowPid;
+};
+const StackingAtoms& stackingAtoms(xcb_connection_t* connection) {
+    static const StackingAtoms atoms{internAtom(connection, "_NET_ACTIVE_WINDOW"),
+                                     internAtom(connection, "_NET_WM_PID")};
+    return atoms;
+}
+
 std::optional<std::uint32_t> cardinalProperty(xcb_connection_t* connection, xcb_window_t window,
-                                              const char* name, xcb_atom_t type) {
-    const auto reply = awaitReply(
-        connection, xcb_get_property_reply,
-        xcb_get_property(connection, 0, window, internAtom(connection, name), type, 0, 1));
+                                              xcb_atom_t property, xcb_atom_t type) {
+    const auto reply = awaitReply(connection, xcb_get_property_reply,
+                                  xcb_get_property(connection, 0, window, property, type, 0, 1));
     if (!reply || reply->format != 32 || xcb_get_property_value_length(reply.get()) != 4)
         return std::nullopt;
     return *static_cast<const std::uint32_t*>(xcb_get_property_value(reply.get()));
@@ -36,11 +47,12 @@ std::optional<WId> othersActiveWindow(QWidget& panel) {
     xcb_connection_t* connection = connectionFor(panel);
     if (!connection)
         return std::nullopt;
+    const auto& atoms = stackingAtoms(connection);
     const auto active =
-        cardinalProperty(connection, rootOf(connection), "_NET_ACTIVE_WINDOW", XCB_ATOM_WINDOW);
+        cardinalProperty(connection, rootOf(connection), atoms.activeWindow, XCB_ATOM_WINDOW);
     if (!active || *active == XCB_NONE)
         return std::nullopt;
-    const auto pid = cardinalProperty(connection, *active, "_NET_WM_PID", XCB_ATOM_CARDINAL);
+    const auto pid = cardinalProperty(connection, *active, atoms.windowPid, XCB_ATOM_CARDINAL);
     if (pid && static_cast<pid_t>(*pid) == ::getpid())
         return std::nullopt;
     return static_cast<WId>(*active);
@@ -59,9 +71,7 @@ bool activeWindowChanged(QWidget& panel, const QByteArray& eventType, void* mess
     const auto* change = static_cast<const xcb_property_notify_event_t*>(message);
     if (change->window != rootOf(connection))
         return false;
-    // Qt's one connection lives as long as the program.
-    static const xcb_atom_t activeWindowAtom = internAtom(connection, "_NET_ACTIVE_WINDOW");
-    return change->atom == activeWindowAtom;
+    return change->atom == stackingAtoms(connection).activeWindow;
 }
 
 // Qt writes the transient parent as a window shows; a shown one is told

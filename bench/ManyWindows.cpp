@@ -28,7 +28,6 @@
 
 #include "DesktopDriver.h"
 #include "HarnessOptions.h"
-#include "ProgramAtRest.h"
 #include "RepaintWatch.h"
 #include "RunningProgram.h"
 
@@ -142,26 +141,32 @@ class WindowMaker {
 
 class Harness {
   public:
+    Harness() { folders_.markInstructionsSeen(); }
+
     bool start() {
         std::filesystem::create_directories(folder_);
+        desktop_.movePointer(640, 400);
         fileManager_.emplace("/usr/bin/pcmanfm",
                              std::vector<std::string>{"--new-win", folder_.string()});
         if (!e2e::eventually([&] { return !desktop_.clientWindowsOf(fileManager_->pid()).empty(); },
-                             20)) {
-            std::fprintf(stderr, "the file manager showed no window\n");
-            return false;
-        }
-        if (!tarnwick_.start())
-            return false;
-        panel_ = tarnwick_.panel();
-        repaints_.emplace(panel_);
+                             20))
+            return fail("the file manager showed no window");
+        program_.emplace(e2e::tarnwickExecutable(), std::vector<std::string>{});
+        if (!program_->waitUntilHandling(SIGTERM, 20))
+            return fail("tarnwick did not start");
+        if (!e2e::eventually([&] { return (panel_ = desktop_.panelClient(pid())).has_value(); }))
+            return fail("the panel never showed");
+        desktop_.watchMapping(*panel_);
+        hide();
+        repaints_.emplace(*panel_);
         maker_.emplace(fileManager_->pid());
         waitUntilQuiet(pid());
         return true;
     }
 
     void stop() {
-        tarnwick_.stop();
+        program_->sendSignal(SIGTERM);
+        program_->waitForExit(10);
         std::filesystem::remove_all(folder_.parent_path());
     }
 
@@ -215,7 +220,7 @@ class Harness {
         maker_->flush();
         const auto pressed = Clock::now();
         desktop_.tap(e2e::escapeKey);
-        const bool answered = desktop_.waitForMapping(panel_, false, 60);
+        const bool answered = desktop_.waitForMapping(*panel_, false, 60);
         const double escapeMs = milliseconds(Clock::now() - pressed);
         waitUntilQuiet(pid());
         const double burstCpu = cpuMilliseconds(pid()) - cpuBefore;
@@ -236,15 +241,20 @@ class Harness {
     }
 
   private:
-    pid_t pid() const { return tarnwick_.pid(); }
+    pid_t pid() const { return program_->pid(); }
+
+    bool fail(const char* reason) const {
+        std::fprintf(stderr, "%s\n%s", reason, program_ ? program_->standardError().c_str() : "");
+        return false;
+    }
 
     void show() {
         desktop_.pressChord();
-        desktop_.waitForMapping(panel_, true, 10);
+        desktop_.waitForMapping(*panel_, true, 10);
     }
     void hide() {
         desktop_.tap(e2e::escapeKey);
-        desktop_.waitForMapping(panel_, false, 10);
+        desktop_.waitForMapping(*panel_, false, 10);
     }
 
     // Windows added one at a time, each once the server has it.
@@ -266,7 +276,7 @@ class Harness {
             desktop_.key(e2e::altKey, true);
             const auto pressed = Clock::now();
             desktop_.key(e2e::shiftKey, true);
-            const bool painted = desktop_.waitForMapping(panel_, true, 10) &&
+            const bool painted = desktop_.waitForMapping(*panel_, true, 10) &&
                                  repaints_->available() && repaints_->waitForRepaint(10);
             const auto drawn = Clock::now();
             for (auto key : {e2e::shiftKey, e2e::altKey, e2e::controlKey})
@@ -281,13 +291,13 @@ class Harness {
         return {percentile(times, 0.5), percentile(times, 0.99)};
     }
 
-    // Its private folders come first: the file manager runs in them too.
-    bench::ProgramAtRest tarnwick_;
-    e2e::Desktop& desktop_ = tarnwick_.desktop();
+    e2e::PrivateFolders folders_;
     std::filesystem::path folder_ = std::filesystem::temp_directory_path() /
                                     ("tarnwick-many-" + std::to_string(::getpid())) / "Documents";
+    e2e::Desktop desktop_;
     std::optional<e2e::RunningProgram> fileManager_;
-    xcb_window_t panel_ = XCB_NONE;
+    std::optional<e2e::RunningProgram> program_;
+    std::optional<xcb_window_t> panel_;
     std::optional<bench::RepaintWatch> repaints_;
     std::optional<WindowMaker> maker_;
     std::size_t presses_ = 0;

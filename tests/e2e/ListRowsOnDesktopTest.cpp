@@ -15,7 +15,6 @@
 #include "AccessibilityBus.h"
 #include "DesktopDriver.h"
 #include "PanelMap.h"
-#include "ProgramStarts.h"
 #include "RunningProgram.h"
 #include "x11/X11TestClientProcess.h"
 
@@ -46,9 +45,23 @@ class ListRowsOnDesktopTest : public ::testing::Test {
             [&] { return desktop.clientWindowsOf(fileManager->pid()).size() == before + 1; }));
     }
 
-    void startTarnwick() { e2e::startAtRest(desktop, tarnwick); }
-    void stopTarnwick() { e2e::stopCleanly(*tarnwick); }
-    bool panelIsGone() { return e2e::panelIsGone(desktop, *tarnwick); }
+    void startTarnwick() {
+        tarnwick = std::make_unique<e2e::RunningProgram>(e2e::tarnwickExecutable(),
+                                                         std::vector<std::string>{});
+        ASSERT_TRUE(tarnwick->waitUntilHandling(SIGTERM, 20)) << tarnwick->standardError();
+        ASSERT_TRUE(eventually([&] { return desktop.panelClient(tarnwick->pid()).has_value(); }));
+        desktop.tap(e2e::escapeKey);
+        ASSERT_TRUE(panelIsGone());
+    }
+
+    void stopTarnwick() {
+        tarnwick->sendSignal(SIGTERM);
+        EXPECT_EQ(tarnwick->waitForExit(10), (e2e::ExitStatus{true, 0}));
+    }
+
+    bool panelIsGone() {
+        return eventually([&] { return !desktop.panelClient(tarnwick->pid()); });
+    }
 
     void showPanel() {
         desktop.movePointer(640, 400);

@@ -20,7 +20,6 @@
 #include "PanelMap.h"
 #include "PreferenceFile.h"
 #include "ProgramMenus.h"
-#include "ProgramStarts.h"
 #include "RunningProgram.h"
 
 namespace {
@@ -88,9 +87,20 @@ class ListWindowOnDesktopTest : public ::testing::Test {
         ASSERT_TRUE(eventually([&] { return desktop.activeProcess() == front->pid(); }));
     }
 
-    void startTarnwick() { e2e::startAtRest(desktop, tarnwick); }
+    void startTarnwick() {
+        tarnwick = std::make_unique<e2e::RunningProgram>(e2e::tarnwickExecutable(),
+                                                         std::vector<std::string>{});
+        ASSERT_TRUE(tarnwick->waitUntilHandling(SIGTERM, 20)) << tarnwick->standardError();
+        // A start after the first run brings the panel up at the pointer;
+        // each test begins with it taken away again.
+        ASSERT_TRUE(eventually([&] { return desktop.panelClient(tarnwick->pid()).has_value(); }));
+        desktop.tap(e2e::escapeKey);
+        ASSERT_TRUE(panelIsGone());
+    }
+
     void stopTarnwick() {
-        e2e::stopCleanly(*tarnwick);
+        tarnwick->sendSignal(SIGTERM);
+        EXPECT_EQ(tarnwick->waitForExit(10), (e2e::ExitStatus{true, 0}));
         tarnwick.reset();
     }
 
@@ -118,7 +128,9 @@ class ListWindowOnDesktopTest : public ::testing::Test {
         return panelWithRows(rows);
     }
 
-    bool panelIsGone() { return e2e::panelIsGone(desktop, *tarnwick); }
+    bool panelIsGone() {
+        return eventually([&] { return !desktop.panelClient(tarnwick->pid()); });
+    }
 
     void openMenuAt(const PanelMap& map, int entry) {
         e2e::openPanelMenuAt(desktop, tarnwick->pid(), map, entry);

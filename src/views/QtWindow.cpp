@@ -46,6 +46,8 @@ QtWindow::QtWindow(Kind kind, WindowStyleMask styleMask, ShowPreparation prepare
       prepareForShow_(std::move(prepareForShow)),
       widget_(std::make_unique<Widget>(*this)),
       layout_(new QVBoxLayout(widget_.get())) {
+    if (kind == Kind::panel)
+        stacking_ = std::make_unique<x11::PanelStacking>();
     layout_->setContentsMargins(0, 0, 0, 0);
     // The window is as large as its content, whatever the content shows.
     layout_->setSizeConstraint(QLayout::SetFixedSize);
@@ -173,9 +175,9 @@ void QtWindow::show(bool activating) {
         prepareForShow_(widget_.get());
     widget_->setAttribute(Qt::WA_ShowWithoutActivating, !activating);
     awaitingDecoration_ = !widget_->isVisible();
-    if (kind_ == Kind::panel && awaitingDecoration_) {
+    if (stacking_ && awaitingDecoration_) {
         widget_->winId();
-        stacking_.stackAboveActiveWindow(*widget_);
+        stacking_->stackAboveActiveWindow(*widget_);
     }
     widget_->show();
     keepPlacedOrigin();

@@ -89,7 +89,8 @@ class QtWindow final : public Window {
     std::unique_ptr<Widget> widget_;
     QVBoxLayout* layout_;
     std::shared_ptr<ContentView> contentView_;
-    x11::PanelStacking stacking_;
+    // For a panel only.
+    std::unique_ptr<x11::PanelStacking> stacking_;
 };
 
 }  // namespace platform::qt

@@ -46,8 +46,10 @@ QtWindow::QtWindow(Kind kind, WindowStyleMask styleMask, ShowPreparation prepare
       prepareForShow_(std::move(prepareForShow)),
       widget_(std::make_unique<Widget>(*this)),
       layout_(new QVBoxLayout(widget_.get())) {
-    if (kind == Kind::panel)
+    if (kind == Kind::panel) {
         stacking_ = std::make_unique<x11::PanelStacking>();
+        exposure_ = std::make_unique<x11::QtWindowExposure>(*widget_);
+    }
     layout_->setContentsMargins(0, 0, 0, 0);
     // The window is as large as its content, whatever the content shows.
     layout_->setSizeConstraint(QLayout::SetFixedSize);

@@ -8,6 +8,7 @@
 
 #include "platform/Window.h"
 #include "views/PanelStacking.h"
+#include "views/QtWindowExposure.h"
 
 class QRect;
 class QVBoxLayout;
@@ -91,6 +92,7 @@ class QtWindow final : public Window {
     std::shared_ptr<ContentView> contentView_;
     // For a panel only.
     std::unique_ptr<x11::PanelStacking> stacking_;
+    std::unique_ptr<x11::QtWindowExposure> exposure_;
 };
 
 }  // namespace platform::qt

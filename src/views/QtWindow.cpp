@@ -2,6 +2,7 @@
 
 #include <QCloseEvent>
 #include <QGuiApplication>
+#include <QMetaObject>
 #include <QMoveEvent>
 #include <QResizeEvent>
 #include <QVBoxLayout>
@@ -100,8 +101,25 @@ void QtWindow::applyWindowFlags() {
         show(false);
     } else {
         frameMargins_.reset();
-        x11::requestFrameExtents(*widget_);
+        requestFrameExtentsSoon();
     }
+}
+
+// The request makes the native window; asked once the turn's changes of
+// flags are over, it is made once instead of again for each change (Qt
+// makes it anew when the flags change).
+void QtWindow::requestFrameExtentsSoon() {
+    if (frameExtentsRequestPosted_)
+        return;
+    frameExtentsRequestPosted_ = true;
+    QMetaObject::invokeMethod(
+        widget_.get(),
+        [this] {
+            frameExtentsRequestPosted_ = false;
+            if (!widget_->isVisible())
+                x11::requestFrameExtents(*widget_);
+        },
+        Qt::QueuedConnection);
 }
 
 CGRect QtWindow::frame() const {

@@ -68,6 +68,7 @@ class QtWindow final : public Window {
     class Widget;
 
     void applyWindowFlags();
+    void requestFrameExtentsSoon();
     QRect expectedFrameGeometry() const;
     void show(bool activating);
     void hideOnDeactivation();
@@ -85,6 +86,7 @@ class QtWindow final : public Window {
     std::optional<CGPoint> placedOrigin_;
     int heightWhenPlaced_ = 0;
     bool awaitingDecoration_ = false;
+    bool frameExtentsRequestPosted_ = false;
     WindowDelegate* delegate_ = nullptr;
     ShowPreparation prepareForShow_;
     std::unique_ptr<Widget> widget_;

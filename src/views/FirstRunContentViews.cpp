@@ -14,7 +14,7 @@ namespace platform::qt {
 
 namespace {
 
-constexpr int defaultPadding = 16;
+constexpr int pagePadding = 16;
 constexpr int pageSpacing = 16;
 constexpr int appIconSize = 128;
 constexpr int localAppIconSize = 16;
@@ -37,7 +37,7 @@ QVBoxLayout* newPage(const QString& name) {
     page->setObjectName(name);
     auto* layout = new QVBoxLayout(page);
     layout->setSpacing(pageSpacing);
-    layout->setContentsMargins(defaultPadding, defaultPadding, defaultPadding, defaultPadding);
+    layout->setContentsMargins(pagePadding, pagePadding, pagePadding, pagePadding);
     layout->setSizeConstraint(QLayout::SetFixedSize);
     return layout;
 }
@@ -100,7 +100,7 @@ std::shared_ptr<ContentView> makeAboutContentView(const tarnwick::AboutWindowVie
     auto* content = new QWidget;
     content->setObjectName(QStringLiteral("about"));
     auto* layout = new QHBoxLayout(content);
-    layout->setContentsMargins(defaultPadding, defaultPadding, defaultPadding, defaultPadding);
+    layout->setContentsMargins(pagePadding, pagePadding, pagePadding, pagePadding);
     layout->setSizeConstraint(QLayout::SetFixedSize);
     layout->addWidget(iconLabel(drawing.icon, appIconSize, content), 0, Qt::AlignVCenter);
 

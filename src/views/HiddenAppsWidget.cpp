@@ -12,7 +12,7 @@ namespace platform::qt {
 
 namespace {
 
-constexpr int rowSpacing = 6;
+constexpr int appRowSpacing = 6;
 
 std::vector<std::string> identifiersOf(
     const std::vector<tarnwick::SettingsWindowView::HiddenAppRow>& rows) {
@@ -40,7 +40,7 @@ HiddenAppsWidget::HiddenAppsWidget(tarnwick::SettingsWindowView& view, QWidget* 
     list_->setObjectName(QStringLiteral("hiddenAppsList"));
     list_->setAccessibleName(title);
     list_->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Preferred);
-    rows_->setSpacing(rowSpacing);
+    rows_->setSpacing(appRowSpacing);
     rows_->setAlignment(Qt::AlignHCenter);
 
     auto* layout = new QVBoxLayout(this);

@@ -5,14 +5,13 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <chrono>
 #include <csignal>
 #include <filesystem>
 #include <fstream>
 #include <functional>
 #include <string>
-#include <thread>
 
+#include "DesktopDriver.h"
 #include "RunningProgram.h"
 #include "platform/DeepPropertyLists.h"
 #include "support/ScopedEnvironment.h"
@@ -41,17 +40,6 @@ std::size_t damagedFilesBeside(const fs::path& path) {
     return count;
 }
 
-// Polls for what a test waits on in the file system, up to a deadline.
-bool eventually(const std::function<bool()>& holds, double seconds = 20) {
-    const auto deadline = std::chrono::steady_clock::now() + std::chrono::duration<double>(seconds);
-    while (!holds()) {
-        if (std::chrono::steady_clock::now() > deadline)
-            return false;
-        std::this_thread::sleep_for(std::chrono::milliseconds(20));
-    }
-    return true;
-}
-
 // Stops the program as a session does, and gives how it ended.
 std::optional<ExitStatus> stopped(RunningProgram& program) {
     program.sendSignal(SIGTERM);
@@ -77,13 +65,15 @@ class HostileSurroundingsTest : public ::testing::Test {
     bool placedUntilMovedAside(const std::function<bool()>& isThere,
                                const std::function<void()>& place) {
         const auto movedBefore = damagedFilesBeside(preferences());
-        return eventually([&] {
-            if (damagedFilesBeside(preferences()) > movedBefore)
-                return true;
-            if (!isThere())
-                place();
-            return false;
-        });
+        return e2e::eventually(
+            [&] {
+                if (damagedFilesBeside(preferences()) > movedBefore)
+                    return true;
+                if (!isThere())
+                    place();
+                return false;
+            },
+            20);
     }
 
     e2e::PrivateFolders folders;

@@ -262,7 +262,7 @@ void ListWindowOnDesktopTest::putToFullScreenBelowThePanel(int row) {
     ASSERT_TRUE(eventually([&] { return desktop.activeWindow() == windows[row].id; }));
 
     map = panelWithRows(2);
-    ASSERT_TRUE(map) << "the panel went";
+    ASSERT_TRUE(map) << "the panel went; the program said:\n" << tarnwick->standardError();
     const int other = 1 - row;
     EXPECT_TRUE(eventually([&] { return desktop.topmostFrameAt(map->row(other)) == panelFrame; }))
         << "the panel's frame " << panelFrame << " is covered by "

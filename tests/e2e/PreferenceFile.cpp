@@ -38,4 +38,9 @@ std::vector<std::string> stringsUnder(const PropertyList::Dictionary& preference
     return strings;
 }
 
+std::string contentsOf(const std::filesystem::path& file) {
+    std::ifstream in(file, std::ios::binary);
+    return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
+}
+
 }  // namespace e2e

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <filesystem>
 #include <string>
 
 #include "platform/PropertyList.h"
@@ -18,5 +19,8 @@ void writePreferenceFile(const std::string& path,
 // The strings of an array under the key; empty when there is none.
 std::vector<std::string> stringsUnder(const platform::PropertyList::Dictionary& preferences,
                                       const std::string& key);
+
+// The bytes of a file; empty when it can't be read.
+std::string contentsOf(const std::filesystem::path& file);
 
 }  // namespace e2e

@@ -10,14 +10,11 @@
 #include "update/LoopbackServer.h"
 
 using e2e::ExitStatus;
+using e2e::exitedWith;
 using e2e::RunningProgram;
 using e2e::runTarnwick;
 
 namespace {
-
-constexpr ExitStatus exitedWith(int code) {
-    return {true, code};
-}
 
 bool haveDisplay() {
     const char* display = std::getenv("DISPLAY");

@@ -17,6 +17,10 @@ struct ExitStatus {
     friend bool operator==(const ExitStatus&, const ExitStatus&) = default;
 };
 
+constexpr ExitStatus exitedWith(int code) {
+    return {true, code};
+}
+
 // A started program, with its standard output and error collected as it
 // runs. A program still running when this goes is killed.
 class RunningProgram {

@@ -31,6 +31,7 @@ namespace {
 
 namespace fs = std::filesystem;
 using e2e::AccessibleNode;
+using e2e::contentsOf;
 using e2e::eventually;
 using e2e::Geometry;
 using platform::PropertyList;
@@ -52,11 +53,6 @@ e2e::Point centreOf(const AccessibleNode& node) {
 
 Geometry extentsOf(const AccessibleNode& node) {
     return {node.x, node.y, node.width, node.height};
-}
-
-std::string contentsOf(const fs::path& file) {
-    std::ifstream in(file, std::ios::binary);
-    return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
 }
 
 // The place of the application's entry among the menu's entries.

@@ -20,10 +20,7 @@ namespace {
 using e2e::Desktop;
 using e2e::eventually;
 using e2e::ExitStatus;
-
-constexpr ExitStatus exitedWith(int code) {
-    return {true, code};
-}
+using e2e::exitedWith;
 
 // Each test starts after the first run, with a session bus of its own.
 class SingleInstanceOnDesktopTest : public ::testing::Test {

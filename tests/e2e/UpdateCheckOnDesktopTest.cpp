@@ -26,15 +26,9 @@ namespace {
 
 namespace fs = std::filesystem;
 using e2e::AccessibleNode;
+using e2e::contentsOf;
 using e2e::eventually;
 using platform::PropertyList;
-
-std::string contentsOf(const fs::path& file) {
-    std::ifstream in(file, std::ios::binary);
-    std::stringstream bytes;
-    bytes << in.rdbuf();
-    return bytes.str();
-}
 
 // A release made by the release script from the program given (with the
 // restart helper it finds beside it, or the one given), signed with the

@@ -13,7 +13,7 @@ using platform::EventType;
 using State = SRGlobalShortcutMonitor::State;
 namespace carbon = platform::carbonModifier;
 
-constexpr SRKeyCode keyK = 40;
+using testing::keyK;
 
 class GlobalShortcutMonitor : public testing::ShortcutTest {
   protected:

@@ -10,7 +10,7 @@ namespace {
 
 using Method = SRShortcutActionTarget::Method;
 
-constexpr SRKeyCode keyK = 40;
+using testing::keyK;
 
 // A target that takes whole actions when told to, and may veto them.
 class ProtocolTarget final : public SRShortcutActionTarget {

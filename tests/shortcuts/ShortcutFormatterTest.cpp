@@ -8,7 +8,7 @@
 namespace lirixkro {
 namespace {
 
-constexpr SRModifierFlags commandShift = SRCommandFlag | SRShiftFlag;
+using testing::commandShift;
 
 class ShortcutFormatterTest : public testing::ShortcutTest {
   protected:

@@ -11,7 +11,8 @@ namespace {
 
 using platform::EventType;
 
-constexpr SRKeyCode keyK = 40, keyJ = 38;
+using testing::keyJ;
+using testing::keyK;
 
 // A monitor that records its hooks.
 class HookedMonitor final : public SRShortcutMonitor {

@@ -9,7 +9,7 @@ namespace {
 using platform::Event;
 using platform::EventType;
 
-constexpr SRModifierFlags commandShift = SRCommandFlag | SRShiftFlag;
+using testing::commandShift;
 
 class ShortcutTest : public testing::ShortcutTest {
   protected:

@@ -6,9 +6,14 @@
 #include "platform/sim/SimHotKeys.h"
 #include "platform/sim/SimKeyboardLayouts.h"
 #include "platform/sim/SimMainLoop.h"
+#include "shortcuts/SRCommon.h"
 #include "support/Log.h"
 
 namespace lirixkro::testing {
+
+// Key codes and modifiers the tests press, by their US layout places.
+inline constexpr SRKeyCode keyK = 40, keyJ = 38;
+inline constexpr SRModifierFlags commandShift = SRCommandFlag | SRShiftFlag;
 
 // The simulated layouts (US to begin with) and hot keys, installed as the
 // platform, with the log captured.

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "QtTestSupport.h"
+#include "RecordingWindowDelegate.h"
 #include "platform/WindowController.h"
 #include "views/QtContentView.h"
 #include "views/QtToolkit.h"
@@ -21,11 +22,6 @@ using platform::qt::QtWindow;
 using platform::qt::ScreenCoordinates;
 
 namespace {
-
-struct RecordingDelegate : WindowDelegate {
-    void windowWillClose(Window* window) override { closed.push_back(window); }
-    std::vector<Window*> closed;
-};
 
 std::shared_ptr<QtContentView> contentOfSize(int width, int height) {
     auto* widget = new QWidget;
@@ -81,7 +77,7 @@ TEST(QtWindow, TheWindowManagersCloseButtonTellsTheDelegateToo) {
     QtToolkit toolkit;
     auto window = toolkit.makeWindow(4099);
     window->setContentView(contentOfSize(50, 50));
-    RecordingDelegate delegate;
+    viewtest::RecordingWindowDelegate delegate;
     window->setDelegate(&delegate);
     WindowController(window).showWindow();
     static_cast<QtWindow&>(*window).widget()->close();

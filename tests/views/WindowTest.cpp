@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "RecordingWindowDelegate.h"
 #include "platform/WindowController.h"
 #include "platform/sim/SimToolkit.h"
 #include "platform/sim/SimWindow.h"
@@ -39,15 +40,6 @@ struct QtWidgets {
     }
 };
 
-struct RecordingDelegate : WindowDelegate {
-    void windowWillClose(Window* window) override {
-        closed.push_back(window);
-        wasVisibleWhenTold = window && window->isVisible();
-    }
-    std::vector<Window*> closed;
-    bool wasVisibleWhenTold = false;
-};
-
 template <typename Backend>
 class WindowTest : public ::testing::Test {
   protected:
@@ -75,7 +67,7 @@ TYPED_TEST_SUITE(WindowTest, Backends, BackendNames);
 
 TYPED_TEST(WindowTest, EveryCloseTellsTheDelegateOnceBeforeTheWindowHides) {
     auto window = this->window(windowStyle::titled | windowStyle::closable);
-    RecordingDelegate delegate;
+    viewtest::RecordingWindowDelegate delegate;
     window->setDelegate(&delegate);
 
     window->close();  // never shown: nothing to close

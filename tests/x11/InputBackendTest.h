@@ -14,6 +14,9 @@
 
 namespace x11test {
 
+// X keycodes of the evdev keymap.
+inline constexpr xcb_keycode_t controlKey = 37, altKey = 64, shiftKey = 50, capsKey = 66;
+
 // The input backend on a private X server, with a simulated main loop that
 // watches the real connection, and a second client that presses keys.
 class InputBackend {

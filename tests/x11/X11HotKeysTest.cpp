@@ -14,7 +14,7 @@ using platform::x11::X11HotKeys;
 namespace carbon = platform::carbonModifier;
 
 constexpr platform::KeyCode kKey = 40, jKey = 38;
-constexpr xcb_keycode_t controlKey = 37, altKey = 64, jXKey = 44, kXKey = 45, capsKey = 66;
+constexpr xcb_keycode_t jXKey = 44, kXKey = 45;
 constexpr std::uint32_t controlOption = carbon::control | carbon::option;
 
 class X11HotKeysTest : public InputBackendTest {

@@ -6,9 +6,7 @@
 #include <algorithm>
 #include <charconv>
 #include <cstdlib>
-#include <fstream>
 #include <map>
-#include <sstream>
 #include <string_view>
 
 #include "platform/xdg/ProcessInfo.h"
@@ -123,13 +121,6 @@ std::vector<pid_t> ProcessIdentities::processesWithEntries() const {
 
 namespace {
 
-std::string readProcFile(pid_t pid, const char* name) {
-    std::ifstream stream("/proc/" + std::to_string(pid) + "/" + name, std::ios::binary);
-    std::ostringstream contents;
-    contents << stream.rdbuf();
-    return std::move(contents).str();
-}
-
 // ":0.1" and ":0" are one display.
 std::string_view withoutScreen(std::string_view display) {
     const auto colon = display.rfind(':');
@@ -142,7 +133,7 @@ std::string_view withoutScreen(std::string_view display) {
 bool isOnDisplay(pid_t pid, const char* display) {
     if (!display || !*display)
         return true;
-    const auto environment = readProcFile(pid, "environ");
+    const auto environment = readProcessFile(pid, "environ");
     constexpr std::string_view key = "DISPLAY=";
     std::size_t start = 0;
     while (start < environment.size()) {
@@ -156,7 +147,7 @@ bool isOnDisplay(pid_t pid, const char* display) {
 }
 
 std::optional<pid_t> parentProcessIdentifier(pid_t pid) {
-    const auto stat = readProcFile(pid, "stat");
+    const auto stat = readProcessFile(pid, "stat");
     // "pid (name) state ppid ...": the name may hold spaces and parentheses.
     const auto close = stat.rfind(')');
     if (close == std::string::npos || close + 4 >= stat.size())

@@ -17,15 +17,6 @@ std::filesystem::path procPath(pid_t pid, const char* file) {
     return std::filesystem::path("/proc") / std::to_string(pid) / file;
 }
 
-std::string readProcFile(pid_t pid, const char* file) {
-    std::ifstream stream(procPath(pid, file), std::ios::binary);
-    if (!stream)
-        return {};
-    std::ostringstream contents;
-    contents << stream.rdbuf();
-    return std::move(contents).str();
-}
-
 std::vector<std::string> splitAtNul(const std::string& text) {
     std::vector<std::string> parts;
     std::size_t start = 0;
@@ -72,7 +63,7 @@ std::string scriptName(const std::vector<std::string>& commandLine) {
 // The process state letter of /proc/<pid>/stat: after the name, which is in
 // parentheses and may itself hold parentheses.
 char processState(pid_t pid) {
-    const auto stat = readProcFile(pid, "stat");
+    const auto stat = readProcessFile(pid, "stat");
     const auto close = stat.rfind(')');
     if (close == std::string::npos || close + 2 >= stat.size())
         return 0;
@@ -99,8 +90,8 @@ ProcessInfo ProcessInfo::read(pid_t pid) {
     info.executable = std::filesystem::read_symlink(procPath(pid, "exe"), error);
     if (error)
         info.executable.clear();
-    info.name = withoutTrailingNewline(readProcFile(pid, "comm"));
-    info.commandLine = splitAtNul(readProcFile(pid, "cmdline"));
+    info.name = withoutTrailingNewline(readProcessFile(pid, "comm"));
+    info.commandLine = splitAtNul(readProcessFile(pid, "cmdline"));
     // A process that ended while we read leaves a mix of old and missing
     // parts; report it as gone.
     if (!isProcessAlive(pid))
@@ -149,6 +140,15 @@ std::filesystem::path currentExecutable() {
     std::error_code error;
     auto path = std::filesystem::read_symlink("/proc/self/exe", error);
     return error ? std::filesystem::path() : path;
+}
+
+std::string readProcessFile(pid_t pid, const char* file) {
+    std::ifstream stream(procPath(pid, file), std::ios::binary);
+    if (!stream)
+        return {};
+    std::ostringstream contents;
+    contents << stream.rdbuf();
+    return std::move(contents).str();
 }
 
 }  // namespace platform::xdg

@@ -38,6 +38,9 @@ bool isProcessAlive(pid_t pid);
 // Every process identifier in /proc, in ascending order.
 std::vector<pid_t> allProcessIdentifiers();
 
+// The whole of /proc/<pid>/<file>; empty when it can't be read.
+std::string readProcessFile(pid_t pid, const char* file);
+
 // The executable of this process.
 std::filesystem::path currentExecutable();
 

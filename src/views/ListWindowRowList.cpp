@@ -30,8 +30,6 @@ class Divider final : public QWidget {
   public:
     explicit Divider(QWidget* parent) : QWidget(parent) {
         setObjectName(QStringLiteral("divider"));
-        setFixedHeight(dividerHeight);
-        setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
     }
 
   protected:

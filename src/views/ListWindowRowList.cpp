@@ -96,6 +96,8 @@ ListWindowRowList::ListWindowRowList(Coordinator& coordinator, QWidget* parent)
     // list: its size is worked out here, not by a layout.
     setWidgetResizable(false);
     setWidget(list_);
+    // A longer list paints only what it adds, which is out of sight.
+    list_->setAttribute(Qt::WA_StaticContents);
     connect(verticalScrollBar(), &QScrollBar::valueChanged, this, [this] { redrawRowsInSight(); });
     viewport()->setAutoFillBackground(false);
     list_->setAutoFillBackground(false);
@@ -115,7 +117,7 @@ std::vector<ListRowWidget*> ListWindowRowList::rows() const {
 void ListWindowRowList::apply(const std::vector<Row>& rows,
                               const std::unordered_set<std::size_t>& redraw, bool redrawAll) {
     const std::size_t before = entries_.size();
-    entries_ = entriesFor(rows, redraw);
+    updateEntries(rows, redraw);
     if (before >= entries_.size() + manyRows)
         giveBackMemorySoon(this);
     measureWidestTitle();
@@ -129,37 +131,41 @@ void ListWindowRowList::measureWidestTitle() {
 }
 
 // The usual change keeps the rows in their order and adds new ones after
-// them: those are matched by position. Only rows after the first
-// difference are looked up by key, and only a row that is new, or whose
-// window said its title changed, has its title measured.
-std::vector<ListWindowRowList::Entry> ListWindowRowList::entriesFor(
-    const std::vector<Row>& rows, const std::unordered_set<std::size_t>& retitled) const {
+// them: those are matched by position, and the entries kept as they are.
+// Only rows after the first difference are looked up by key, and only a
+// row that is new, or whose window said its title changed, has its title
+// measured.
+void ListWindowRowList::updateEntries(const std::vector<Row>& rows,
+                                      const std::unordered_set<std::size_t>& retitled) {
     std::size_t same = 0;
     while (same < rows.size() && same < entries_.size() && rows[same].id == entries_[same].id)
         ++same;
     std::unordered_map<std::size_t, int> widths;
-    if (same < rows.size()) {
-        widths.reserve(entries_.size() - same);
-        for (std::size_t i = same; i < entries_.size(); ++i)
-            widths.emplace(entries_[i].id, entries_[i].titleWidth);
-    }
-    const TitleMeasure measure;
-    std::vector<Entry> next;
-    next.reserve(rows.size());
+    widths.reserve(entries_.size() - same);
+    for (std::size_t i = same; i < entries_.size(); ++i)
+        widths.emplace(entries_[i].id, entries_[i].titleWidth);
+    entries_.resize(same);
+    entries_.reserve(rows.size());
+
+    std::optional<TitleMeasure> measure;
+    const auto measured = [&](const Row& row) {
+        if (!measure)
+            measure.emplace();
+        return (*measure)(ListRow::titleOf(*row.window));
+    };
     for (std::size_t i = 0; i < rows.size(); ++i) {
         const Row& row = rows[i];
         const bool askedAgain = !retitled.empty() && retitled.count(row.id);
-        int width = 0;
-        if (i < same && !askedAgain) {
-            width = entries_[i].titleWidth;
-        } else if (auto known = widths.find(row.id); known != widths.end() && !askedAgain) {
-            width = known->second;
-        } else {
-            width = measure(ListRow::titleOf(*row.window));
+        if (i < same) {
+            entries_[i].hasDivider = row.hasDivider;
+            if (askedAgain)
+                entries_[i].titleWidth = measured(row);
+            continue;
         }
-        next.push_back({row.window, row.id, row.hasDivider, width});
+        const auto known = widths.find(row.id);
+        const int width = known != widths.end() && !askedAgain ? known->second : measured(row);
+        entries_.push_back({row.window, row.id, row.hasDivider, width});
     }
-    return next;
 }
 
 void ListWindowRowList::redrawRowsInSight() {

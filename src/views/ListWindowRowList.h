@@ -70,8 +70,8 @@ class ListWindowRowList final : public QScrollArea {
 
     using ListRow = tarnwick::ListWindowView::ListRow;
 
-    std::vector<Entry> entriesFor(const std::vector<Row>& rows,
-                                  const std::unordered_set<std::size_t>& retitled) const;
+    void updateEntries(const std::vector<Row>& rows,
+                       const std::unordered_set<std::size_t>& retitled);
     void layOut(const std::unordered_set<std::size_t>* redraw, bool redrawAll);
     void keepReadingOrder();
     void measureWidestTitle();

@@ -1,13 +1,12 @@
 #include "views/PanelStacking.h"
 
 #include <QCoreApplication>
+#include <QGuiApplication>
+#include <QMetaObject>
 #include <QWidget>
 #include <QWindow>
-#include <optional>
 
 #if defined(__linux__)
-#include <unistd.h>
-
 #include "platform/x11/X11Connection.h"
 #include "views/QtX11Connection.h"
 #endif
@@ -18,60 +17,36 @@ namespace {
 
 #if defined(__linux__)
 
-using platform::x11::awaitReply;
 using platform::x11::internAtom;
+using platform::x11::Reply;
 
-// The atoms asked for at each show, interned once: Qt's one connection
-// lives as long as the program, and a show should cost no extra round trip.
-struct StackingAtoms {
-    xcb_atom_t activeWindow;
-    xcb_atom_t windowPid;
-};
-const StackingAtoms& stackingAtoms(xcb_connection_t* connection) {
-    static const StackingAtoms atoms{internAtom(connection, "_NET_ACTIVE_WINDOW"),
-                                     internAtom(connection, "_NET_WM_PID")};
-    return atoms;
+// Qt's one connection, which lives as long as the program; none off X11.
+xcb_connection_t* qtConnection() {
+    auto* x11 = qGuiApp ? qGuiApp->nativeInterface<QNativeInterface::QX11Application>() : nullptr;
+    return x11 ? x11->connection() : nullptr;
 }
 
-std::optional<std::uint32_t> cardinalProperty(xcb_connection_t* connection, xcb_window_t window,
-                                              xcb_atom_t property, xcb_atom_t type) {
-    const auto reply = awaitReply(connection, xcb_get_property_reply,
-                                  xcb_get_property(connection, 0, window, property, type, 0, 1));
-    if (!reply || reply->format != 32 || xcb_get_property_value_length(reply.get()) != 4)
-        return std::nullopt;
-    return *static_cast<const std::uint32_t*>(xcb_get_property_value(reply.get()));
+xcb_atom_t activeWindowAtom(xcb_connection_t* connection) {
+    static const xcb_atom_t atom = internAtom(connection, "_NET_ACTIVE_WINDOW");
+    return atom;
 }
 
-// The active window when it is another program's.
-std::optional<WId> othersActiveWindow(QWidget& panel) {
-    xcb_connection_t* connection = connectionFor(panel);
-    if (!connection)
-        return std::nullopt;
-    const auto& atoms = stackingAtoms(connection);
-    const auto active =
-        cardinalProperty(connection, rootOf(connection), atoms.activeWindow, XCB_ATOM_WINDOW);
-    if (!active || *active == XCB_NONE)
-        return std::nullopt;
-    const auto pid = cardinalProperty(connection, *active, atoms.windowPid, XCB_ATOM_CARDINAL);
-    if (pid && static_cast<pid_t>(*pid) == ::getpid())
-        return std::nullopt;
-    return static_cast<WId>(*active);
+// Our own windows are made through Qt's connection, and the server names
+// them from that connection's range of resource ids.
+bool isOurs(xcb_connection_t* connection, std::uint32_t window) {
+    const xcb_setup_t* setup = xcb_get_setup(connection);
+    return (window & ~setup->resource_id_mask) == setup->resource_id_base;
 }
 
 // Whether the event tells that the active window changed.
-bool activeWindowChanged(QWidget& panel, const QByteArray& eventType, void* message) {
+bool activeWindowChanged(xcb_connection_t* connection, const QByteArray& eventType, void* message) {
     if (eventType != "xcb_generic_event_t")
         return false;
     const auto* event = static_cast<const xcb_generic_event_t*>(message);
     if ((event->response_type & 0x7f) != XCB_PROPERTY_NOTIFY)
         return false;
-    xcb_connection_t* connection = connectionFor(panel);
-    if (!connection)
-        return false;
     const auto* change = static_cast<const xcb_property_notify_event_t*>(message);
-    if (change->window != rootOf(connection))
-        return false;
-    return change->atom == stackingAtoms(connection).activeWindow;
+    return change->window == rootOf(connection) && change->atom == activeWindowAtom(connection);
 }
 
 // Qt writes the transient parent as a window shows; a shown one is told
@@ -88,12 +63,6 @@ void writeTransientFor(QWidget& panel, WId window) {
 
 #else
 
-std::optional<WId> othersActiveWindow(QWidget&) {
-    return std::nullopt;
-}
-bool activeWindowChanged(QWidget&, const QByteArray&, void*) {
-    return false;
-}
 void writeTransientFor(QWidget&, WId) {}
 
 #endif
@@ -101,13 +70,56 @@ void writeTransientFor(QWidget&, WId) {}
 }  // namespace
 
 PanelStacking::PanelStacking() {
-    if (QCoreApplication::instance())
-        QCoreApplication::instance()->installNativeEventFilter(this);
+    if (!QCoreApplication::instance())
+        return;
+    QCoreApplication::instance()->installNativeEventFilter(this);
+    askForActiveWindow();
 }
 
 PanelStacking::~PanelStacking() {
     if (QCoreApplication::instance())
         QCoreApplication::instance()->removeNativeEventFilter(this);
+#if defined(__linux__)
+    if (xcb_connection_t* connection = qtConnection(); connection && pendingRead_)
+        xcb_discard_reply(connection, *pendingRead_);
+#endif
+}
+
+// The answer is collected when it is needed, by which time Qt's reader has
+// long had it.
+void PanelStacking::askForActiveWindow() {
+#if defined(__linux__)
+    xcb_connection_t* connection = qtConnection();
+    if (!connection)
+        return;
+    if (pendingRead_)
+        xcb_discard_reply(connection, *pendingRead_);
+    pendingRead_ = xcb_get_property(connection, 0, rootOf(connection), activeWindowAtom(connection),
+                                    XCB_ATOM_WINDOW, 0, 1)
+                       .sequence;
+    xcb_flush(connection);
+#endif
+}
+
+std::optional<std::uintptr_t> PanelStacking::othersActiveWindow() {
+#if defined(__linux__)
+    xcb_connection_t* connection = qtConnection();
+    if (!connection)
+        return std::nullopt;
+    if (pendingRead_) {
+        const Reply<xcb_get_property_reply_t> reply(
+            xcb_get_property_reply(connection, {*pendingRead_}, nullptr));
+        pendingRead_.reset();
+        active_ = reply && reply->format == 32 && xcb_get_property_value_length(reply.get()) == 4
+                      ? *static_cast<const std::uint32_t*>(xcb_get_property_value(reply.get()))
+                      : XCB_NONE;
+    }
+    if (active_ == XCB_NONE || isOurs(connection, active_))
+        return std::nullopt;
+    return active_;
+#else
+    return std::nullopt;
+#endif
 }
 
 void PanelStacking::stackAboveActiveWindow(QWidget& panel) {
@@ -115,7 +127,7 @@ void PanelStacking::stackAboveActiveWindow(QWidget& panel) {
     QWindow* handle = panel.windowHandle();
     if (!handle)
         return;
-    const auto active = othersActiveWindow(panel);
+    const auto active = othersActiveWindow();
     if (activeWindow_ && active && activeWindow_->winId() == *active)
         return;
     handle->setTransientParent(nullptr);
@@ -125,12 +137,32 @@ void PanelStacking::stackAboveActiveWindow(QWidget& panel) {
 }
 
 bool PanelStacking::nativeEventFilter(const QByteArray& eventType, void* message, qintptr*) {
-    if (panel_ && panel_->isVisible() && activeWindowChanged(*panel_, eventType, message))
-        followActiveWindow();
+#if defined(__linux__)
+    xcb_connection_t* connection = qtConnection();
+    if (!connection || !activeWindowChanged(connection, eventType, message))
+        return false;
+    askForActiveWindow();
+    // A shown panel follows once the answer had a turn to come.
+    if (panel_ && panel_->isVisible() && !followPosted_) {
+        followPosted_ = true;
+        QMetaObject::invokeMethod(
+            panel_,
+            [this] {
+                followPosted_ = false;
+                followActiveWindow();
+            },
+            Qt::QueuedConnection);
+    }
+#else
+    (void)eventType;
+    (void)message;
+#endif
     return false;
 }
 
 void PanelStacking::followActiveWindow() {
+    if (!panel_ || !panel_->isVisible())
+        return;
     const auto before = activeWindow_ ? std::optional(activeWindow_->winId()) : std::nullopt;
     stackAboveActiveWindow(*panel_);
     if (activeWindow_ && activeWindow_->winId() != before)

@@ -1,7 +1,9 @@
 #pragma once
 
 #include <QAbstractNativeEventFilter>
+#include <cstdint>
 #include <memory>
+#include <optional>
 
 class QWidget;
 class QWindow;
@@ -16,6 +18,9 @@ namespace platform::qt::x11 {
 // same program put to full screen from the panel, say), and so stays above
 // it, full screen or not. Nothing where Qt doesn't run on X11, and nothing
 // for our own program's windows.
+//
+// The active window is followed from the root window's property changes and
+// read without waiting, so that showing the panel asks the server nothing.
 class PanelStacking final : public QAbstractNativeEventFilter {
   public:
     PanelStacking();
@@ -29,9 +34,17 @@ class PanelStacking final : public QAbstractNativeEventFilter {
     bool nativeEventFilter(const QByteArray& eventType, void* message, qintptr* result) override;
 
   private:
+    void askForActiveWindow();
+    // The active window when it is another program's.
+    std::optional<std::uintptr_t> othersActiveWindow();
     void followActiveWindow();
 
     QWidget* panel_ = nullptr;
+    // The read of the root window's active window on its way, by its
+    // sequence number; the answer, once collected.
+    std::optional<unsigned int> pendingRead_;
+    std::uint32_t active_ = 0;
+    bool followPosted_ = false;
     // The stand-in for the other program's window the panel is transient for.
     std::unique_ptr<QWindow> activeWindow_;
 };

@@ -2,6 +2,7 @@
 
 #include <QCloseEvent>
 #include <QGuiApplication>
+#include <QMetaObject>
 #include <QMoveEvent>
 #include <QResizeEvent>
 #include <QVBoxLayout>
@@ -46,6 +47,10 @@ QtWindow::QtWindow(Kind kind, WindowStyleMask styleMask, ShowPreparation prepare
       prepareForShow_(std::move(prepareForShow)),
       widget_(std::make_unique<Widget>(*this)),
       layout_(new QVBoxLayout(widget_.get())) {
+    if (kind == Kind::panel) {
+        stacking_ = std::make_unique<x11::PanelStacking>();
+        exposure_ = std::make_unique<x11::QtWindowExposure>(*widget_);
+    }
     layout_->setContentsMargins(0, 0, 0, 0);
     // The window is as large as its content, whatever the content shows.
     layout_->setSizeConstraint(QLayout::SetFixedSize);
@@ -96,8 +101,25 @@ void QtWindow::applyWindowFlags() {
         show(false);
     } else {
         frameMargins_.reset();
-        x11::requestFrameExtents(*widget_);
+        requestFrameExtentsSoon();
     }
+}
+
+// The request makes the native window; asked once the turn's changes of
+// flags are over, it is made once instead of again for each change (Qt
+// makes it anew when the flags change).
+void QtWindow::requestFrameExtentsSoon() {
+    if (frameExtentsRequestPosted_)
+        return;
+    frameExtentsRequestPosted_ = true;
+    QMetaObject::invokeMethod(
+        widget_.get(),
+        [this] {
+            frameExtentsRequestPosted_ = false;
+            if (!widget_->isVisible())
+                x11::requestFrameExtents(*widget_);
+        },
+        Qt::QueuedConnection);
 }
 
 CGRect QtWindow::frame() const {
@@ -173,9 +195,9 @@ void QtWindow::show(bool activating) {
         prepareForShow_(widget_.get());
     widget_->setAttribute(Qt::WA_ShowWithoutActivating, !activating);
     awaitingDecoration_ = !widget_->isVisible();
-    if (kind_ == Kind::panel && awaitingDecoration_) {
+    if (stacking_ && awaitingDecoration_) {
         widget_->winId();
-        stacking_.stackAboveActiveWindow(*widget_);
+        stacking_->stackAboveActiveWindow(*widget_);
     }
     widget_->show();
     keepPlacedOrigin();

@@ -8,6 +8,7 @@
 
 #include "platform/Window.h"
 #include "views/PanelStacking.h"
+#include "views/QtWindowExposure.h"
 
 class QRect;
 class QVBoxLayout;
@@ -67,6 +68,7 @@ class QtWindow final : public Window {
     class Widget;
 
     void applyWindowFlags();
+    void requestFrameExtentsSoon();
     QRect expectedFrameGeometry() const;
     void show(bool activating);
     void hideOnDeactivation();
@@ -84,12 +86,15 @@ class QtWindow final : public Window {
     std::optional<CGPoint> placedOrigin_;
     int heightWhenPlaced_ = 0;
     bool awaitingDecoration_ = false;
+    bool frameExtentsRequestPosted_ = false;
     WindowDelegate* delegate_ = nullptr;
     ShowPreparation prepareForShow_;
     std::unique_ptr<Widget> widget_;
     QVBoxLayout* layout_;
     std::shared_ptr<ContentView> contentView_;
-    x11::PanelStacking stacking_;
+    // For a panel only.
+    std::unique_ptr<x11::PanelStacking> stacking_;
+    std::unique_ptr<x11::QtWindowExposure> exposure_;
 };
 
 }  // namespace platform::qt

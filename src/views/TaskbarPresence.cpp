@@ -3,8 +3,7 @@
 #include <QWidget>
 
 #if defined(__linux__)
-#include <algorithm>
-#include <vector>
+#include <array>
 
 #include "platform/x11/X11Connection.h"
 #include "views/QtX11Connection.h"
@@ -16,8 +15,7 @@ namespace platform::qt::x11 {
 
 namespace {
 
-using platform::x11::awaitReply;
-using platform::x11::internAtom;
+using platform::x11::internAtoms;
 
 struct StateAtoms {
     xcb_atom_t state;
@@ -25,35 +23,27 @@ struct StateAtoms {
     xcb_atom_t skipPager;
 };
 
-StateAtoms stateAtoms(xcb_connection_t* connection) {
-    return {internAtom(connection, "_NET_WM_STATE"),
-            internAtom(connection, "_NET_WM_STATE_SKIP_TASKBAR"),
-            internAtom(connection, "_NET_WM_STATE_SKIP_PAGER")};
+// Interned once, together: Qt's one connection lives as long as the
+// program, and a window about to show should wait for no answer.
+const StateAtoms& stateAtoms(xcb_connection_t* connection) {
+    static const StateAtoms atoms = [connection] {
+        const auto [state, skipTaskbar, skipPager] = internAtoms<3>(
+            connection,
+            {"_NET_WM_STATE", "_NET_WM_STATE_SKIP_TASKBAR", "_NET_WM_STATE_SKIP_PAGER"});
+        return StateAtoms{state, skipTaskbar, skipPager};
+    }();
+    return atoms;
 }
 
-std::vector<xcb_atom_t> readStates(xcb_connection_t* connection, xcb_window_t window,
-                                   xcb_atom_t property) {
-    const auto states =
-        awaitReply(connection, xcb_get_property_reply,
-                   xcb_get_property(connection, 0, window, property, XCB_ATOM_ATOM, 0, 1024));
-    if (!states || states->format != 32 || states->type != XCB_ATOM_ATOM)
-        return {};
-    const auto* atoms = static_cast<const xcb_atom_t*>(xcb_get_property_value(states.get()));
-    return std::vector<xcb_atom_t>(atoms, atoms + xcb_get_property_value_length(states.get()) / 4);
-}
-
-// Before mapping, the window's own property is the request.
+// Before mapping, the window's own property is the request. It is written
+// without reading it first: the window manager removes it when a window is
+// withdrawn, and Qt adds its own states to what it finds there as it maps
+// the window.
 void writeStates(xcb_connection_t* connection, xcb_window_t window, const StateAtoms& atoms,
                  bool skip) {
-    auto states = readStates(connection, window, atoms.state);
-    std::erase_if(states,
-                  [&](xcb_atom_t a) { return a == atoms.skipTaskbar || a == atoms.skipPager; });
-    if (skip) {
-        states.push_back(atoms.skipTaskbar);
-        states.push_back(atoms.skipPager);
-    }
+    const std::array<xcb_atom_t, 2> states{atoms.skipTaskbar, atoms.skipPager};
     xcb_change_property(connection, XCB_PROP_MODE_REPLACE, window, atoms.state, XCB_ATOM_ATOM, 32,
-                        static_cast<std::uint32_t>(states.size()), states.data());
+                        skip ? static_cast<std::uint32_t>(states.size()) : 0, states.data());
 }
 
 // A mapped window asks the window manager, through the root window.
@@ -78,7 +68,7 @@ void setSkipTaskbarAndPager(QWidget& window, bool skip) {
     if (!connection)
         return;
     const auto id = static_cast<xcb_window_t>(window.winId());
-    const auto atoms = stateAtoms(connection);
+    const auto& atoms = stateAtoms(connection);
     if (window.isVisible()) {
         requestStates(connection, id, atoms, skip);
     } else {

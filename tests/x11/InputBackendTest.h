@@ -45,7 +45,17 @@ class InputBackend {
     const std::string& problem() const { return problem_; }
 
     // Runs the loop until the condition holds or a few seconds have passed.
-    bool waitFor(const std::function<bool()>& condition) { return loop.runUntil(condition, 5.0); }
+    // The loop's clock moves on with the real one, so that the backend's
+    // timers (the moving pointer's next sample) come due.
+    bool waitFor(const std::function<bool()>& condition) {
+        constexpr double step = 0.01;
+        for (int steps = 0; steps < 500; ++steps) {
+            if (loop.runUntil(condition, step))
+                return true;
+            loop.advance(step);
+        }
+        return condition();
+    }
 
     InputTestDisplay display;
     platform::sim::SimMainLoop loop;

@@ -105,6 +105,45 @@ TEST_F(X11EventMonitorsTest, TheEventTapHearsEverythingWhoeverIsActive) {
     EXPECT_EQ(tapped.size(), 4u);
 }
 
+// The loop's clock stands still while the pointer crosses forty pixels:
+// all of it is one frame, heard once, where the pointer came to.
+TEST_F(X11EventMonitorsTest, APointerMovingWithinAFrameIsHeardOnceWhereItCameTo) {
+    ASSERT_TRUE(recordGlobally(mouseMovedMask));
+    input->movePointer(100, 100);
+    input->sync();
+    ASSERT_TRUE(waitForEvents(1));
+    seen.clear();
+    for (int x = 101; x <= 140; ++x) {
+        input->movePointer(x, 100);
+        input->sync();
+        loop.runUntilIdle();
+    }
+    ASSERT_TRUE(waitFor([&] { return !seen.empty() && seen.back().locationInScreen.x == 140; }));
+    EXPECT_LE(seen.size(), 2u);
+    EXPECT_EQ(monitors->mouseLocation().x, 140);
+}
+
+// Unheard motion: the place asked for as the chord's keys come is the one
+// its last key finds, and a later question asks the server again.
+TEST_F(X11EventMonitorsTest, ThePointersPlaceIsTrueAtTheChordAndAfterIt) {
+    std::vector<double> placesAtShift;
+    monitors->addGlobalMonitor(keyboardMask, [&](const Event& event) {
+        if (event.keyCode == platform::keycode::shift && event.modifierFlags & modifier::shift)
+            placesAtShift.push_back(monitors->mouseLocation().x);
+    });
+    input->movePointer(300, 200);
+    input->press(controlKey);
+    input->press(shiftKey);
+    input->release(shiftKey);
+    input->release(controlKey);
+    input->sync();
+    ASSERT_TRUE(waitFor([&] { return !placesAtShift.empty(); }));
+    EXPECT_EQ(placesAtShift.front(), 300);
+    input->movePointer(500, 200);
+    input->sync();
+    EXPECT_EQ(monitors->mouseLocation().x, 500);
+}
+
 TEST(X11EventMonitorsWithoutInput, RefuseMonitorsQuietly) {
     platform::x11::X11EventMonitors monitors(nullptr, [] { return false; });
     EXPECT_FALSE(monitors.addGlobalMonitor(keyboardMask, [](const Event&) {}));

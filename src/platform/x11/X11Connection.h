@@ -3,6 +3,7 @@
 #include <xcb/xcb.h>
 #include <xcb/xcb_ewmh.h>
 
+#include <array>
 #include <cstdint>
 #include <cstdlib>
 #include <memory>
@@ -43,6 +44,23 @@ inline bool failed(xcb_connection_t* connection, xcb_void_cookie_t cookie) {
 
 // The atom with the name; XCB_ATOM_NONE when the server doesn't answer.
 xcb_atom_t internAtom(xcb_connection_t* connection, std::string_view name);
+// The atoms with the names, in their order, asked for together: one round
+// trip for all of them.
+template <std::size_t N>
+std::array<xcb_atom_t, N> internAtoms(xcb_connection_t* connection,
+                                      const std::array<std::string_view, N>& names) {
+    std::array<xcb_intern_atom_cookie_t, N> cookies{};
+    for (std::size_t i = 0; i < N; ++i) {
+        cookies[i] = xcb_intern_atom(connection, 0, static_cast<std::uint16_t>(names[i].size()),
+                                     names[i].data());
+    }
+    std::array<xcb_atom_t, N> atoms{};
+    for (std::size_t i = 0; i < N; ++i) {
+        const auto answer = awaitReply(connection, xcb_intern_atom_reply, cookies[i]);
+        atoms[i] = answer ? answer->atom : xcb_atom_t{XCB_ATOM_NONE};
+    }
+    return atoms;
+}
 
 // Sends a client message to the window manager through the root window of
 // the connection's first screen, as EWMH and ICCCM requests go.

@@ -14,6 +14,12 @@ constexpr EventMask keyboardMask = eventMaskFor(EventType::keyDown) |
                                    eventMaskFor(EventType::flagsChanged);
 constexpr EventMask motionMask = eventMaskFor(EventType::mouseMoved);
 
+// The pointer's place is sampled at most this often while it moves.
+constexpr double frameSeconds = 1.0 / 60;
+// A place asked for at a key press stays current for the chord it begins:
+// the hand is on the keys, not the mouse.
+constexpr xcb_timestamp_t chordMilliseconds = 500;
+
 bool hasXInput22(xcb_connection_t* connection) {
     const auto reply = awaitReply(connection, xcb_input_xi_query_version_reply,
                                   xcb_input_xi_query_version(connection, 2, 2));
@@ -61,6 +67,7 @@ X11RawInput::X11RawInput(X11InputEventSource& source, X11KeyboardLayouts* layout
 }
 
 X11RawInput::~X11RawInput() {
+    source_.loop().cancel(frameTimer_);
     source_.removeEventHandler(eventHandler_);
     source_.removeIdleHandler(idleHandler_);
     if (pendingQuery_)
@@ -102,6 +109,10 @@ void X11RawInput::updateSelection() {
         return;
     motionSelected_ = wantsMotion;
     movedSinceQuery_ = true;
+    if (motionMuted_) {
+        // The frame's end selects what is wanted then.
+        return;
+    }
     selectRawEvents(source_.xcb(), source_.root(), wantsMotion);
 }
 
@@ -125,9 +136,13 @@ void X11RawInput::handleEvent(const xcb_generic_event_t& event) {
             const bool pressed = generic.event_type == XCB_INPUT_RAW_KEY_PRESS;
             if (raw.detail > 255)
                 return;
+            if (pressed)
+                handleKeyPress(raw.time);
             if (auto keyEvent = translator_.keyEvent(static_cast<xcb_keycode_t>(raw.detail),
                                                      pressed, raw.time)) {
+                deliveringKey_ = true;
                 deliver(*keyEvent);
+                deliveringKey_ = false;
             }
             return;
         }
@@ -143,12 +158,60 @@ void X11RawInput::handleRawMotion(xcb_timestamp_t time) {
     motionTime_ = time;
     movedSinceQuery_ = true;
     if (!pendingQuery_)
+        sampleAfterFrame();
+}
+
+// A sample in this frame was taken: the next waits for the frame's end,
+// with raw motion muted until then.
+void X11RawInput::sampleAfterFrame() {
+    if (motionMuted_)
+        return;
+    const double wait = lastQueryAt_ + frameSeconds - source_.loop().now();
+    if (lastQueryAt_ < 0 || wait <= 0) {
         queryPointer();
+        return;
+    }
+    motionMuted_ = true;
+    selectRawEvents(source_.xcb(), source_.root(), false);
+    frameTimer_ = source_.loop().postAfter(wait, lifetime_.guard([this] { endMutedFrame(); }));
+}
+
+// The pointer may have moved unheard during the frame: its place is asked
+// for once, and motion is heard again.
+void X11RawInput::endMutedFrame() {
+    frameTimer_ = Token{};
+    motionMuted_ = false;
+    if (!motionSelected_)
+        return;
+    selectRawEvents(source_.xcb(), source_.root(), true);
+    movedSinceQuery_ = true;
+    if (!pendingQuery_)
+        queryPointer();
+    xcb_flush(source_.xcb());
+}
+
+void X11RawInput::handleKeyPress(xcb_timestamp_t time) {
+    lastKeyTime_ = time;
+    const bool askedInThisChord = queriedAtKey_ && time - *queriedAtKey_ <= chordMilliseconds;
+    if (motionSelected_ || pendingQuery_ || askedInThisChord)
+        return;
+    queryPointer();
+    queriedAtKey_ = time;
+}
+
+// Whether the place known, or on its way, needs no new query: kept
+// current by motion, or asked for by a key of the chord being handed out.
+bool X11RawInput::placeIsCurrent() const {
+    if (motionSelected_)
+        return !motionMuted_ && !movedSinceQuery_;
+    return deliveringKey_ && queriedAtKey_ && lastKeyTime_ - *queriedAtKey_ <= chordMilliseconds;
 }
 
 void X11RawInput::queryPointer() {
     pendingQuery_ = xcb_query_pointer(source_.xcb(), source_.root()).sequence;
     movedSinceQuery_ = false;
+    queriedAtKey_.reset();
+    lastQueryAt_ = source_.loop().now();
 }
 
 void X11RawInput::takePointerReply(Reply<xcb_query_pointer_reply_t> reply) {
@@ -173,14 +236,15 @@ void X11RawInput::collectPointer() {
         return;
     moveToDeliver_ = false;
     if (movedSinceQuery_ && motionSelected_)
-        queryPointer();
+        sampleAfterFrame();
     deliver(translator_.mouseMovedEvent(pointer_, rootHeight_, motionTime_));
 }
 
 CGPoint X11RawInput::mouseLocation() {
-    // The position kept from motion is current unless the pointer moved
-    // since the last query went out; only then is there a round trip.
-    if (!motionSelected_)
+    // The position kept from motion, or asked for as the chord's keys came,
+    // is current; only otherwise is there a round trip. The answer to a
+    // query sent earlier has usually arrived by now.
+    if (!placeIsCurrent())
         movedSinceQuery_ = true;
     while (pendingQuery_ || movedSinceQuery_) {
         if (!pendingQuery_)

@@ -10,6 +10,7 @@
 
 #include "platform/Event.h"
 #include "platform/HandlerList.h"
+#include "platform/LifetimeGuard.h"
 #include "platform/x11/X11InputEventSource.h"
 #include "platform/x11/X11InputEventTranslator.h"
 #include "platform/x11/X11KeyboardLayouts.h"
@@ -26,6 +27,14 @@ namespace platform::x11 {
 // a pointer query sent when motion arrives and collected when its reply
 // comes in with a later batch of events: no event waits for a round trip,
 // and motion arriving while a query is out is folded into the next one.
+// A moving pointer is sampled at most once a frame: after a sample, raw
+// motion is muted until the frame is over, then one query takes the place
+// the pointer came to, so that a fast mouse wakes the program once a frame
+// instead of once per device event, and a still one not at all.
+//
+// A key press also sends a query while motion isn't heard, so that the
+// place of the pointer as a chord completes is at hand when a listener of
+// the chord's last key asks for it.
 class X11RawInput {
   public:
     using Listener = std::function<void(const Event&)>;
@@ -54,6 +63,10 @@ class X11RawInput {
     void seedFromServer();
     void updateSelection();
     void handleRawMotion(xcb_timestamp_t time);
+    void sampleAfterFrame();
+    void endMutedFrame();
+    void handleKeyPress(xcb_timestamp_t time);
+    bool placeIsCurrent() const;
     void queryPointer();
     void takePointerReply(Reply<xcb_query_pointer_reply_t> reply);
     void deliver(const Event& event);
@@ -64,6 +77,15 @@ class X11RawInput {
     HandlerList<const Event&> listeners_;
     std::map<std::uint64_t, EventMask> masks_;
     bool motionSelected_ = false;
+    // Raw motion muted until the frame's sample.
+    bool motionMuted_ = false;
+    Token frameTimer_;
+    double lastQueryAt_ = -1;
+    // The server time of the key press the pending or last query was sent
+    // for; the place it tells stays current for the rest of that chord.
+    std::optional<xcb_timestamp_t> queriedAtKey_;
+    xcb_timestamp_t lastKeyTime_ = 0;
+    bool deliveringKey_ = false;
     double rootHeight_;
     CGPoint pointer_;  // top-left, root window coordinates
     std::optional<unsigned int> pendingQuery_;
@@ -72,6 +94,7 @@ class X11RawInput {
     xcb_timestamp_t motionTime_ = 0;
     Token eventHandler_;
     Token idleHandler_;
+    LifetimeGuard lifetime_;
 };
 
 }  // namespace platform::x11

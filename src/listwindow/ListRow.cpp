@@ -47,6 +47,10 @@ constexpr double minimizedTitleOpacity = 0.5;
 
 }  // namespace
 
+std::string ListRow::titleOf(const corvane::Application::Window& window) {
+    return window.title().value_or("Unknown");
+}
+
 ListRow::Drawing ListRow::draw() const {
     const corvane::Application::Window& window = *window_;
     const bool showIcons = vm_->showButtonIcons();
@@ -70,7 +74,7 @@ ListRow::Drawing ListRow::draw() const {
                           symbol("viewfinder.circle.fill"), Color::green,
                           opacity(window.zoomButton()), "Full Screen"};
 
-    drawing.title = window.title().value_or("Unknown");
+    drawing.title = titleOf(window);
     drawing.bold = window.isMain();
     drawing.italic = window.isMinimized();
     drawing.opacity = drawing.italic ? minimizedTitleOpacity : 1.0;

@@ -83,6 +83,8 @@ class ListWindowView {
         ListRow(WindowRef window, Coordinator& coordinator, std::shared_ptr<VM> vm);
 
         Drawing draw() const;
+        // The title a row of the window shows: its "AXTitle", or "Unknown".
+        static std::string titleOf(const corvane::Application::Window& window);
 
         const WindowRef& window() const { return window_; }
         VM& vm() const { return *vm_; }

@@ -5,7 +5,6 @@
 #include <QLabel>
 #include <QPainter>
 #include <QPainterPath>
-#include <QScreen>
 #include <algorithm>
 
 #include "views/PanelLayout.h"
@@ -22,6 +21,19 @@ using namespace panelLayout;
 // paddings and the round buttons on every screen.
 constexpr int rowFontPoints = 12;
 
+// The round buttons before the title.
+constexpr int leadingWidth = 3 * (trafficButtonSide + trafficButtonSpacing);
+
+// A title of this many characters is wider than any screen: the rest of
+// it needn't be measured.
+constexpr int longestMeasuredTitle = 4000;
+
+QFont boldRowFont() {
+    QFont font = listRowFont();
+    font.setBold(true);
+    return font;
+}
+
 }  // namespace
 
 QFont listRowFont() {
@@ -30,9 +42,22 @@ QFont listRowFont() {
     return font;
 }
 
-ListRowWidget::ListRowWidget(ListRow row, tarnwick::ListWindowView::Coordinator& coordinator,
-                             QWidget* parent)
-    : QAbstractButton(parent), row_(std::move(row)), title_(new QLabel(this)) {
+TitleMeasure::TitleMeasure() : metrics_(boldRowFont()) {}
+
+// As the title's label asks for its text.
+int TitleMeasure::operator()(const QString& title) const {
+    return metrics_
+        .boundingRect(QRect(0, 0, QWIDGETSIZE_MAX, rowHeight), Qt::AlignLeft,
+                      title.left(longestMeasuredTitle))
+        .width();
+}
+
+int TitleMeasure::operator()(const std::string& title) const {
+    return (*this)(QString::fromStdString(title));
+}
+
+ListRowWidget::ListRowWidget(tarnwick::ListWindowView::Coordinator& coordinator, QWidget* parent)
+    : QAbstractButton(parent), title_(new QLabel(this)) {
     setFocusPolicy(Qt::NoFocus);
     setFont(listRowFont());
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
@@ -56,17 +81,30 @@ ListRowWidget::ListRowWidget(ListRow row, tarnwick::ListWindowView::Coordinator&
     layout->addWidget(title_, 0, Qt::AlignVCenter);
     layout->addStretch(1);
 
-    const auto window = row_.window();
-    connect(this, &QAbstractButton::clicked, this,
-            [&coordinator, window] { coordinator.raiseWindow(window); });
-    vmChanges_ = row_.vm().changed().connect([this] { redraw(); });
-    redraw();
+    // The window is taken before the raise, which may give this widget
+    // another row.
+    connect(this, &QAbstractButton::clicked, this, [this, &coordinator] {
+        if (!row_)
+            return;
+        const auto window = row_->window();
+        coordinator.raiseWindow(window);
+    });
 }
 
 ListRowWidget::~ListRowWidget() = default;
 
+void ListRowWidget::setRow(ListRow row) {
+    vmChanges_ = {};
+    row_.emplace(std::move(row));
+    vmChanges_ = row_->vm().changed().connect([this] { redraw(); });
+    drawn_.reset();
+    redraw();
+}
+
 void ListRowWidget::redraw() {
-    ListRow::Drawing drawing = row_.draw();
+    if (!row_)
+        return;
+    ListRow::Drawing drawing = row_->draw();
     if (drawn_ && drawn_->looksLike(drawing))
         return;
     for (std::size_t index = 0; index < buttons_.size(); ++index)
@@ -89,37 +127,30 @@ void ListRowWidget::redraw() {
     drawn_ = std::move(drawing);
 }
 
+// The title takes the room the row has beside its round buttons, and is
+// shortened in the middle where that is too little.
 void ListRowWidget::shortenTitle() {
-    title_->setText(QFontMetrics(title_->font())
-                        .elidedText(title_->accessibleName(), Qt::ElideMiddle, widestTitle()));
+    const int room = std::max(0, width() - leadingWidth);
+    const QString& title = title_->accessibleName();
+    title_->setText(QFontMetrics(title_->font()).elidedText(title, Qt::ElideMiddle, room));
 }
 
-// The room for the title depends on the panel's frame, which is known only
-// once the panel was shown.
-void ListRowWidget::showEvent(QShowEvent* event) {
-    QAbstractButton::showEvent(event);
-    shortenTitle();
-}
-
-// The window manager's frame around the panel takes its share of the work
-// area too; it is known once the panel was first shown.
-int ListRowWidget::widestTitle() const {
-    const QScreen* shownOn = screen();
-    if (!shownOn)
-        return QWIDGETSIZE_MAX;
-    const QWidget* top = window();
-    const int frame = top->frameGeometry().width() - top->width();
-    return std::max(0, widestRowTitle(shownOn->availableGeometry().width() - frame));
+void ListRowWidget::resizeEvent(QResizeEvent* event) {
+    QAbstractButton::resizeEvent(event);
+    if (row_)
+        shortenTitle();
 }
 
 void ListRowWidget::enterEvent(QEnterEvent* event) {
     QAbstractButton::enterEvent(event);
-    row_.vm().setShowButtonIcons(true);
+    if (row_)
+        row_->vm().setShowButtonIcons(true);
 }
 
 void ListRowWidget::leaveEvent(QEvent* event) {
     QAbstractButton::leaveEvent(event);
-    row_.vm().setShowButtonIcons(false);
+    if (row_)
+        row_->vm().setShowButtonIcons(false);
 }
 
 // The title's colour is the palette's text colour made fainter, so a new

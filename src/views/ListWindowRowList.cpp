@@ -1,11 +1,14 @@
 #include "views/ListWindowRowList.h"
 
 #include <QApplication>
+#include <QLabel>
+#include <QLayout>
 #include <QMouseEvent>
 #include <QPainter>
+#include <QScreen>
 #include <QScrollBar>
-#include <QVBoxLayout>
 #include <algorithm>
+#include <unordered_map>
 
 #if defined(__GLIBC__)
 #include <malloc.h>
@@ -19,6 +22,7 @@ namespace platform::qt {
 namespace {
 
 using namespace panelLayout;
+using ListRow = tarnwick::ListWindowView::ListRow;
 
 // A hairline in a faint shade of the text colour, so that it shows on light
 // and dark panels alike.
@@ -26,8 +30,6 @@ class Divider final : public QWidget {
   public:
     explicit Divider(QWidget* parent) : QWidget(parent) {
         setObjectName(QStringLiteral("divider"));
-        setFixedHeight(dividerHeight);
-        setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
     }
 
   protected:
@@ -37,6 +39,14 @@ class Divider final : public QWidget {
         QPainter(this).fillRect(rect(), line);
     }
 };
+
+// Rows drawn beyond each edge of the sight, so that a turn of the wheel
+// finds the next rows ready.
+constexpr long rowsBeyondSight = 4;
+// Widgets kept for rows to come after the list got shorter.
+constexpr std::size_t spareSlots = 8;
+// The round buttons before a row's title.
+constexpr int rowLeadingWidth = 3 * (trafficButtonSide + trafficButtonSpacing);
 
 // Past this many rows gone at once, the memory they held is given back to
 // the system rather than kept for rows that may never come again.
@@ -78,17 +88,16 @@ ListWindowRowList::ListWindowRowList(Coordinator& coordinator, QWidget* parent)
     : QScrollArea(parent), coordinator_(coordinator), list_(new QWidget) {
     setObjectName(QStringLiteral("windowListScroller"));
     list_->setObjectName(QStringLiteral("windowList"));
-    auto* layout = new QVBoxLayout(list_);
-    layout->setContentsMargins(0, 0, 0, 0);
-    layout->setSpacing(rowSpacing);
-    layout->setAlignment(Qt::AlignTop);
     // The panel's own background shows through.
     setFrameShape(QFrame::NoFrame);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
-    setWidgetResizable(true);
+    // The rows' widget is as tall as all rows would be, and as wide as the
+    // list: its size is worked out here, not by a layout.
+    setWidgetResizable(false);
     setWidget(list_);
-    list_->installEventFilter(this);
+    // A longer list paints only what it adds, which is out of sight.
+    list_->setAttribute(Qt::WA_StaticContents);
     connect(verticalScrollBar(), &QScrollBar::valueChanged, this, [this] { redrawRowsInSight(); });
     viewport()->setAutoFillBackground(false);
     list_->setAutoFillBackground(false);
@@ -99,140 +108,275 @@ ListWindowRowList::~ListWindowRowList() = default;
 
 std::vector<ListRowWidget*> ListWindowRowList::rows() const {
     std::vector<ListRowWidget*> result;
-    result.reserve(order_.size());
-    for (auto id : order_)
-        result.push_back(slots_.at(id).row);
+    result.reserve(inSight_.size());
+    for (const Slot& slot : inSight_)
+        result.push_back(slot.row);
     return result;
-}
-
-ListWindowRowList::Slot ListWindowRowList::makeSlot(const Row& row) {
-    Slot slot;
-    slot.row = new ListRowWidget(
-        tarnwick::ListWindowView::ListRow(
-            row.window, coordinator_, std::make_shared<tarnwick::ListWindowView::ListRow::VM>()),
-        coordinator_, list_);
-    slot.row->installEventFilter(this);
-    setShown(slot.row, true);
-    slot.divider = new Divider(list_);
-    return slot;
-}
-
-void ListWindowRowList::dropSlot(const Slot& slot) {
-    retire(slot.row);
-    retire(slot.divider);
 }
 
 void ListWindowRowList::apply(const std::vector<Row>& rows,
                               const std::unordered_set<std::size_t>& redraw, bool redrawAll) {
-    std::unordered_set<std::size_t> wanted;
-    wanted.reserve(rows.size());
-    for (const auto& row : rows)
-        wanted.insert(row.id);
-
-    std::vector<std::size_t> kept;
-    kept.reserve(order_.size());
-    for (auto id : order_) {
-        if (wanted.count(id)) {
-            kept.push_back(id);
-        } else {
-            dropSlot(slots_.at(id));
-            slots_.erase(id);
-        }
-    }
-    if (order_.size() - kept.size() >= manyRows)
+    const std::size_t before = entries_.size();
+    updateEntries(rows, redraw);
+    if (before >= entries_.size() + manyRows)
         giveBackMemorySoon(this);
+    measureWidestTitle();
+    layOut(&redraw, redrawAll);
+}
 
-    std::vector<std::size_t> order;
-    order.reserve(rows.size());
-    for (const auto& row : rows) {
-        auto found = slots_.find(row.id);
-        if (found == slots_.end()) {
-            found = slots_.emplace(row.id, makeSlot(row)).first;
-        } else if (redraw.count(row.id)) {
-            found->second.row->redraw();
-        } else if (redrawAll) {
-            staleOutOfSight_.insert(row.id);
+void ListWindowRowList::measureWidestTitle() {
+    widestTitle_ = 0;
+    for (const Entry& entry : entries_)
+        widestTitle_ = std::max(widestTitle_, entry.titleWidth);
+}
+
+// The usual change keeps the rows in their order and adds new ones after
+// them: those are matched by position, and the entries kept as they are.
+// Only rows after the first difference are looked up by key, and only a
+// row that is new, or whose window said its title changed, has its title
+// measured.
+void ListWindowRowList::updateEntries(const std::vector<Row>& rows,
+                                      const std::unordered_set<std::size_t>& retitled) {
+    std::size_t same = 0;
+    while (same < rows.size() && same < entries_.size() && rows[same].id == entries_[same].id)
+        ++same;
+    std::unordered_map<std::size_t, int> widths;
+    widths.reserve(entries_.size() - same);
+    for (std::size_t i = same; i < entries_.size(); ++i)
+        widths.emplace(entries_[i].id, entries_[i].titleWidth);
+    entries_.resize(same);
+    entries_.reserve(rows.size());
+
+    std::optional<TitleMeasure> measure;
+    const auto measured = [&](const Row& row) {
+        if (!measure)
+            measure.emplace();
+        return (*measure)(ListRow::titleOf(*row.window));
+    };
+    for (std::size_t i = 0; i < rows.size(); ++i) {
+        const Row& row = rows[i];
+        const bool askedAgain = !retitled.empty() && retitled.count(row.id);
+        if (i < same) {
+            entries_[i].hasDivider = row.hasDivider;
+            if (askedAgain)
+                entries_[i].titleWidth = measured(row);
+            continue;
         }
-        setShown(found->second.divider, row.hasDivider);
-        order.push_back(row.id);
+        const auto known = widths.find(row.id);
+        const int width = known != widths.end() && !askedAgain ? known->second : measured(row);
+        entries_.push_back({row.window, row.id, row.hasDivider, width});
     }
-    placeInOrder(order, kept);
-    updateGeometry();
+}
+
+void ListWindowRowList::redrawRowsInSight() {
+    if (!layingOut_)
+        layOut(nullptr, false);
+}
+
+// A title that changed with no word from its window is seen when its row
+// is drawn: the panel takes the width it now asks for.
+void ListWindowRowList::noteTitleDrawn(std::size_t position, const ListRowWidget& row,
+                                       std::optional<TitleMeasure>& measure) {
+    if (!measure)
+        measure.emplace();
+    const int width = (*measure)(row.title()->accessibleName());
+    Entry& entry = entries_[position];
+    if (width == entry.titleWidth)
+        return;
+    const bool wasWidest = entry.titleWidth == widestTitle_;
+    entry.titleWidth = width;
+    if (width > widestTitle_)
+        widestTitle_ = width;
+    else if (wasWidest)
+        measureWidestTitle();
+}
+
+// The rows in sight keep their widgets; those that left sight give theirs
+// to those that came into it, which read their window as they are bound.
+// Kept rows read their window again only when asked to.
+void ListWindowRowList::layOut(const std::unordered_set<std::size_t>* redraw, bool redrawAll) {
+    layingOut_ = true;
+    list_->resize(viewport()->width(), listHeight());
+    const auto [first, last] = rangeInSight();
+
+    std::vector<Slot> kept;
+    kept.reserve(last - first);
+    std::vector<std::size_t> keptAt;
+    for (const Slot& slot : inSight_) {
+        std::size_t at = first;
+        while (at < last && entries_[at].id != slot.id)
+            ++at;
+        if (at < last) {
+            kept.push_back(slot);
+            keptAt.push_back(at);
+        } else {
+            setShown(slot.row, false);
+            setShown(slot.divider, false);
+            spare_.push_back(slot);
+        }
+    }
+
+    std::optional<TitleMeasure> measure;
+    std::vector<Slot> shown;
+    shown.reserve(last - first);
+    for (std::size_t at = first; at < last; ++at) {
+        const auto found = std::find(keptAt.begin(), keptAt.end(), at);
+        if (found != keptAt.end()) {
+            const Slot& slot = kept[static_cast<std::size_t>(found - keptAt.begin())];
+            place(slot, at);
+            if (redrawAll || (redraw && redraw->count(slot.id))) {
+                slot.row->redraw();
+                noteTitleDrawn(at, *slot.row, measure);
+            }
+            shown.push_back(slot);
+        } else {
+            shown.push_back(bind(at));
+            noteTitleDrawn(at, *shown.back().row, measure);
+        }
+    }
+    inSight_ = std::move(shown);
+    keepReadingOrder();
+    while (spare_.size() > spareSlots) {
+        retire(spare_.back().row);
+        retire(spare_.back().divider);
+        spare_.pop_back();
+    }
+    layingOut_ = false;
+    sizeChanged();
+}
+
+// A screen reader reads the rows in the order of the list's children: a
+// widget that took a row above the others moves to its place there.
+void ListWindowRowList::keepReadingOrder() {
+    std::size_t next = 0;
+    bool ordered = true;
+    for (QObject* child : list_->children()) {
+        auto* row = qobject_cast<ListRowWidget*>(child);
+        if (!row || row->isHidden())
+            continue;
+        if (next >= inSight_.size() || inSight_[next].row != row) {
+            ordered = false;
+            break;
+        }
+        ++next;
+    }
+    if (ordered)
+        return;
+    for (const Slot& slot : inSight_) {
+        slot.row->raise();
+        slot.divider->raise();
+    }
+}
+
+// A widget that drew another row, or a new one, draws the row at this
+// position, placed before it reads its window so that the title is
+// shortened once, to the room it has.
+ListWindowRowList::Slot ListWindowRowList::bind(std::size_t position) {
+    const Entry& entry = entries_[position];
+    Slot slot;
+    if (!spare_.empty()) {
+        slot = spare_.back();
+        spare_.pop_back();
+    } else {
+        slot.row = new ListRowWidget(coordinator_, list_);
+        slot.row->installEventFilter(this);
+        slot.divider = new Divider(list_);
+    }
+    slot.id = entry.id;
+    place(slot, position);
+    slot.row->setRow(ListRow(entry.window, coordinator_, std::make_shared<ListRow::VM>()));
+    setShown(slot.row, true);
+    return slot;
+}
+
+void ListWindowRowList::place(const Slot& slot, std::size_t position) const {
+    const int top = static_cast<int>(position) * rowPitch;
+    const int width = list_->width();
+    slot.row->setGeometry(0, top, width, rowHeight);
+    slot.divider->setGeometry(0, top + rowHeight + rowSpacing, width, dividerHeight);
+    setShown(slot.divider, entries_[position].hasDivider);
+}
+
+// The rows from a little above the top of the sight to a little below its
+// bottom. Before the list is first laid out the sight is taken to be as
+// tall as the list will be, so that a panel built while hidden shows with
+// its rows ready.
+std::pair<std::size_t, std::size_t> ListWindowRowList::rangeInSight() const {
+    if (entries_.empty())
+        return {0, 0};
+    int sight = std::min(listHeight(), maximumHeight_);
+    if (maximumHeight_ == QWIDGETSIZE_MAX && screen())
+        sight = std::min(sight, screen()->availableGeometry().height());
+    sight = std::max(sight, viewport()->height());
+    const int top = std::max(0, verticalScrollBar()->value());
+    const auto count = static_cast<long>(entries_.size());
+    const long first = std::max(0L, top / rowPitch - rowsBeyondSight);
+    const long last = std::min(count, (top + sight) / rowPitch + 1 + rowsBeyondSight);
+    return {static_cast<std::size_t>(first), static_cast<std::size_t>(std::max(first, last))};
+}
+
+int ListWindowRowList::listHeight() const {
+    if (entries_.empty())
+        return 0;
+    return static_cast<int>(entries_.size()) * rowPitch - 2 * rowSpacing - dividerHeight;
+}
+
+void ListWindowRowList::resizeEvent(QResizeEvent* event) {
+    QScrollArea::resizeEvent(event);
     redrawRowsInSight();
 }
 
-// A thousand rows read again at each showing would keep the panel from the
-// screen for a tenth of a second: the rows in sight are read now, the
-// others as the list scrolls to them.
-void ListWindowRowList::redrawRowsInSight() {
-    if (staleOutOfSight_.empty())
-        return;
-    const int top = verticalScrollBar()->value();
-    const int bottom = top + std::max(viewport()->height(), maximumHeight_ == QWIDGETSIZE_MAX
-                                                                ? list_->sizeHint().height()
-                                                                : maximumHeight_);
-    for (auto it = staleOutOfSight_.begin(); it != staleOutOfSight_.end();) {
-        auto found = slots_.find(*it);
-        if (found == slots_.end()) {
-            it = staleOutOfSight_.erase(it);
-            continue;
-        }
-        const QRect place = found->second.row->geometry();
-        if (place.bottom() >= top && place.top() <= bottom) {
-            found->second.row->redraw();
-            it = staleOutOfSight_.erase(it);
-        } else {
-            ++it;
-        }
-    }
-}
-
-// Rows that stayed in their order with new ones after them, the usual
-// case, only add the new ones to the layout; any other change lays the
-// whole order out again. The layout holds the kept rows, in their old
-// order, each followed by its divider.
-void ListWindowRowList::placeInOrder(const std::vector<std::size_t>& order,
-                                     const std::vector<std::size_t>& kept) {
-    auto* layout = list_->layout();
-    const bool keptInPlace =
-        kept.size() <= order.size() && std::equal(kept.begin(), kept.end(), order.begin());
-    std::size_t first = kept.size();
-    if (!keptInPlace) {
-        first = 0;
-        while (layout->count() > 0)
-            delete layout->takeAt(layout->count() - 1);
-    }
-    for (std::size_t i = first; i < order.size(); ++i) {
-        const Slot& slot = slots_.at(order[i]);
-        layout->addWidget(slot.row);
-        layout->addWidget(slot.divider);
-    }
-    order_ = order;
-}
-
+// Called again once the panel is shown, when the room on its screen is
+// known: the width may change with it.
 void ListWindowRowList::setMaximumListHeight(int height) {
-    if (height == maximumHeight_)
-        return;
     maximumHeight_ = std::max(height, rowHeight);
+    sizeChanged();
+}
+
+void ListWindowRowList::showEvent(QShowEvent* event) {
+    QScrollArea::showEvent(event);
+    sizeChanged();
+}
+
+// The room a title has for the panel to fit the work area of its screen,
+// beside the panel's paddings and the window manager's frame, which is
+// known once the panel was first shown.
+int ListWindowRowList::titleRoom() const {
+    const QScreen* shownOn = screen();
+    if (!shownOn)
+        return QWIDGETSIZE_MAX;
+    const QWidget* top = window();
+    const int frame = top->frameGeometry().width() - top->width();
+    return std::max(0, widestRowTitle(shownOn->availableGeometry().width() - frame));
+}
+
+// As tall as the rows, up to the height given, and as wide as the widest
+// title asks; a scroll bar that shows takes its width beside the rows
+// rather than from them, as long as the screen has room.
+QSize ListWindowRowList::sizeHint() const {
+    const int rows = listHeight();
+    int room = titleRoom();
+    const bool scrolls = rows > maximumHeight_;
+    const int scrollBar = scrolls ? verticalScrollBar()->sizeHint().width() : 0;
+    if (room != QWIDGETSIZE_MAX)
+        room -= scrollBar;
+    const int width = rowLeadingWidth + std::min(widestTitle_, room) + scrollBar;
+    return {width, scrolls ? maximumHeight_ : rows};
+}
+
+// The panel around the list is told only when the list would take another
+// size: a new row out of sight changes nothing there.
+void ListWindowRowList::sizeChanged() {
+    const QSize hint = sizeHint();
+    if (hint == hinted_)
+        return;
+    hinted_ = hint;
     updateGeometry();
 }
 
-// As tall as the rows, up to the height given; a scroll bar that shows
-// takes its width beside the rows rather than from them.
-QSize ListWindowRowList::sizeHint() const {
-    const QSize rows = list_->sizeHint();
-    if (rows.height() <= maximumHeight_)
-        return rows;
-    return {rows.width() + verticalScrollBar()->sizeHint().width(), maximumHeight_};
-}
-
-// The rows' own layout tells only the rows' widget of a change; the panel
-// around the list learns of it here, to take the list's new size.
 bool ListWindowRowList::eventFilter(QObject* watched, QEvent* event) {
     if (auto* row = qobject_cast<ListRowWidget*>(watched))
         return dragScroll(row, event);
-    if (watched == list_ && event->type() == QEvent::LayoutRequest)
-        updateGeometry();
     return QScrollArea::eventFilter(watched, event);
 }
 

@@ -73,13 +73,24 @@ void Desktop::movePointer(int x, int y) {
     sync();
 }
 
-void Desktop::click(Point point) {
-    movePointer(point.x, point.y);
+void Desktop::pressAndRelease(std::uint8_t button) {
     for (const auto type : {XCB_BUTTON_PRESS, XCB_BUTTON_RELEASE}) {
-        xcb_test_fake_input(connection_, static_cast<uint8_t>(type), 1, XCB_CURRENT_TIME, XCB_NONE,
-                            0, 0, 0);
+        xcb_test_fake_input(connection_, static_cast<uint8_t>(type), button, XCB_CURRENT_TIME,
+                            XCB_NONE, 0, 0, 0);
         sync();
     }
+}
+
+void Desktop::click(Point point) {
+    movePointer(point.x, point.y);
+    pressAndRelease(1);
+}
+
+// The X server's buttons 4 and 5 are the wheel turned up and down.
+void Desktop::turnWheel(Point point, int steps) {
+    movePointer(point.x, point.y);
+    for (int step = 0; step < std::abs(steps); ++step)
+        pressAndRelease(steps > 0 ? 5 : 4);
 }
 
 void Desktop::pressChord() {

@@ -39,6 +39,8 @@ class Desktop {
     void movePointer(int x, int y);
     // Moves the pointer there and clicks the first button.
     void click(Point point);
+    // Moves the pointer there and turns the wheel, down for positive steps.
+    void turnWheel(Point point, int steps);
     void pressChord();
 
     // Asks the window manager to activate the window, or the process's first
@@ -103,6 +105,7 @@ class Desktop {
     std::vector<uint32_t> property(xcb_window_t window, const char* name, xcb_atom_t type,
                                    uint32_t length = 1);
     void sync();
+    void pressAndRelease(std::uint8_t button);
 
     xcb_connection_t* connection_;
     xcb_window_t root_ = XCB_NONE;

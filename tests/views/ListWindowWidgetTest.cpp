@@ -7,6 +7,7 @@
 #include <QLayout>
 #include <QPushButton>
 #include <QScreen>
+#include <algorithm>
 
 #include "ListWindowFixture.h"
 #include "QtTestSupport.h"
@@ -36,17 +37,22 @@ QStringList titlesOf(const QMenu& menu) {
     return titles;
 }
 
-// The widgets of the window list in their order: "row" or "divider".
+// The widgets of the window list that show, from top to bottom: "row" or
+// "divider".
 QStringList listOrder(const QWidget& tree) {
     const auto* list = tree.findChild<QWidget*>(QStringLiteral("windowList"));
+    std::vector<const QWidget*> shown;
+    for (const QObject* child : list->children()) {
+        const auto* item = qobject_cast<const QWidget*>(child);
+        if (item && !item->isHidden())
+            shown.push_back(item);
+    }
+    std::sort(shown.begin(), shown.end(),
+              [](const QWidget* a, const QWidget* b) { return a->y() < b->y(); });
     QStringList order;
-    for (int index = 0; index < list->layout()->count(); ++index) {
-        const QWidget* item = list->layout()->itemAt(index)->widget();
-        if (item->isHidden())
-            continue;
+    for (const QWidget* item : shown)
         order << (dynamic_cast<const ListRowWidget*>(item) ? QStringLiteral("row")
                                                            : item->objectName());
-    }
     return order;
 }
 

@@ -9,8 +9,8 @@
 #include "RunningProgram.h"
 #include "update/LoopbackServer.h"
 
-using e2e::ExitStatus;
 using e2e::exitedWith;
+using e2e::ExitStatus;
 using e2e::RunningProgram;
 using e2e::runTarnwick;
 

@@ -19,8 +19,8 @@ namespace {
 
 using e2e::Desktop;
 using e2e::eventually;
-using e2e::ExitStatus;
 using e2e::exitedWith;
+using e2e::ExitStatus;
 
 // Each test starts after the first run, with a session bus of its own.
 class SingleInstanceOnDesktopTest : public ::testing::Test {

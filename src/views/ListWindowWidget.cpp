@@ -6,10 +6,12 @@
 #include <QScreen>
 #include <QVBoxLayout>
 #include <QWindow>
+#include <algorithm>
 
 #include "views/ListWindowRowList.h"
 #include "views/ListWindowTrees.h"
 #include "views/PanelLayout.h"
+#include "views/WindowFrameExtents.h"
 
 #if defined(__linux__)
 #include "views/QtX11Connection.h"
@@ -204,8 +206,21 @@ int ListWindowWidget::listHeightLimit() const {
         shownOn = QGuiApplication::primaryScreen();
     if (!shownOn)
         return QWIDGETSIZE_MAX;
-    const int frame = top->frameGeometry().height() - top->height();
+    const int frame =
+        std::max(top->frameGeometry().height() - top->height(), announcedFrameHeight());
     return shownOn->availableGeometry().height() - chromeAroundRows - frame;
+}
+
+// Qt knows a window's frame only while the window manager has it framed,
+// and a panel shown again is sized before that; the frame the window
+// manager announced for the panel holds from its first showing on.
+int ListWindowWidget::announcedFrameHeight() const {
+    QWidget* top = window();
+    if (!announcedFrameHeight_ && top->testAttribute(Qt::WA_WState_Created)) {
+        if (const auto extents = x11::frameExtents(*top))
+            announcedFrameHeight_ = extents->top() + extents->bottom();
+    }
+    return announcedFrameHeight_.value_or(0);
 }
 
 }  // namespace platform::qt

@@ -60,6 +60,7 @@ class ListWindowWidget final : public QWidget {
     void replaceTree(QWidget* next);
     void updateMenuAndList(const Content& content, bool redrawAll);
     int listHeightLimit() const;
+    int announcedFrameHeight() const;
     void sendOpacityAtOnce();
 
     ContentProvider provider_;
@@ -73,6 +74,8 @@ class ListWindowWidget final : public QWidget {
     std::string emptyTextShown_;
     ListWindowRowList* rowList_ = nullptr;
     bool stale_ = false;
+    // The height of the frame the window manager gives the panel, once known.
+    mutable std::optional<int> announcedFrameHeight_;
     bool applyPosted_ = false;
     std::unordered_set<std::size_t> changedWindows_;
     bool allWindowsChanged_ = false;

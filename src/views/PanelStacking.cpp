@@ -1,7 +1,6 @@
 #include "views/PanelStacking.h"
 
 #include <QCoreApplication>
-#include <QGuiApplication>
 #include <QMetaObject>
 #include <QWidget>
 #include <QWindow>
@@ -19,12 +18,6 @@ namespace {
 
 using platform::x11::internAtom;
 using platform::x11::Reply;
-
-// Qt's one connection, which lives as long as the program; none off X11.
-xcb_connection_t* qtConnection() {
-    auto* x11 = qGuiApp ? qGuiApp->nativeInterface<QNativeInterface::QX11Application>() : nullptr;
-    return x11 ? x11->connection() : nullptr;
-}
 
 xcb_atom_t activeWindowAtom(xcb_connection_t* connection) {
     static const xcb_atom_t atom = internAtom(connection, "_NET_ACTIVE_WINDOW");

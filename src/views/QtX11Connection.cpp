@@ -6,9 +6,13 @@
 
 namespace platform::qt::x11 {
 
-xcb_connection_t* connectionFor(const QWidget& window) {
+xcb_connection_t* qtConnection() {
     auto* x11 = qGuiApp ? qGuiApp->nativeInterface<QNativeInterface::QX11Application>() : nullptr;
-    return x11 && window.isWindow() ? x11->connection() : nullptr;
+    return x11 ? x11->connection() : nullptr;
+}
+
+xcb_connection_t* connectionFor(const QWidget& window) {
+    return window.isWindow() ? qtConnection() : nullptr;
 }
 
 xcb_window_t rootOf(xcb_connection_t* connection) {

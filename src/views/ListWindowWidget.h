@@ -59,8 +59,10 @@ class ListWindowWidget final : public QWidget {
     void apply(bool redrawAll);
     void replaceTree(QWidget* next);
     void updateMenuAndList(const Content& content, bool redrawAll);
-    int listHeightLimit() const;
-    int announcedFrameHeight() const;
+    void applyLimits();
+    int listHeightLimit(const QSize& frame) const;
+    QSize frameAround() const;
+    QSize announcedFrame() const;
     void sendOpacityAtOnce();
 
     ContentProvider provider_;
@@ -74,8 +76,8 @@ class ListWindowWidget final : public QWidget {
     std::string emptyTextShown_;
     ListWindowRowList* rowList_ = nullptr;
     bool stale_ = false;
-    // The height of the frame the window manager gives the panel, once known.
-    mutable std::optional<int> announcedFrameHeight_;
+    // The size the window manager's frame adds to the panel, once known.
+    mutable std::optional<QSize> announcedFrame_;
     // However many changes come in one turn, the content is computed and
     // drawn once, in the next.
     OncePerTurn applyOnce_;

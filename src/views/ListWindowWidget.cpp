@@ -35,7 +35,11 @@ ListWindowWidget::ListWindowWidget(ContentProvider provider, quillbox::Signal<>&
     : QWidget(parent),
       provider_(std::move(provider)),
       coordinator_(coordinator),
-      permissionView_(permissionView) {
+      permissionView_(permissionView),
+      applyOnce_([this] {
+          if (stale_ && isVisible())
+              apply(allWindowsChanged_);
+      }) {
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     changes_ = changed.connect([this] { markStale(); });
@@ -58,23 +62,7 @@ void ListWindowWidget::follow(tarnwick::ListWindowView& view) {
 void ListWindowWidget::markStale() {
     stale_ = true;
     if (isVisible())
-        applySoon();
-}
-
-// However many changes come in one turn, the content is computed and
-// drawn once, in the next.
-void ListWindowWidget::applySoon() {
-    if (applyPosted_)
-        return;
-    applyPosted_ = true;
-    QMetaObject::invokeMethod(
-        this,
-        [this] {
-            applyPosted_ = false;
-            if (stale_ && isVisible())
-                apply(allWindowsChanged_);
-        },
-        Qt::QueuedConnection);
+        applyOnce_.request();
 }
 
 void ListWindowWidget::redraw() {

@@ -12,6 +12,7 @@
 #include "listwindow/ListWindowView.h"
 #include "platform/Subscription.h"
 #include "support/Signal.h"
+#include "views/OncePerTurn.h"
 
 class QPushButton;
 class QWindow;
@@ -55,7 +56,6 @@ class ListWindowWidget final : public QWidget {
 
   private:
     void markStale();
-    void applySoon();
     void apply(bool redrawAll);
     void replaceTree(QWidget* next);
     void updateMenuAndList(const Content& content, bool redrawAll);
@@ -78,7 +78,9 @@ class ListWindowWidget final : public QWidget {
     bool stale_ = false;
     // The size the window manager's frame adds to the panel, once known.
     mutable std::optional<QSize> announcedFrame_;
-    bool applyPosted_ = false;
+    // However many changes come in one turn, the content is computed and
+    // drawn once, in the next.
+    OncePerTurn applyOnce_;
     std::unordered_set<std::size_t> changedWindows_;
     bool allWindowsChanged_ = false;
     QPointer<QWindow> opacityFollowed_;

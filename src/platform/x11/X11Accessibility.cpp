@@ -9,6 +9,13 @@ namespace {
 constexpr std::uint32_t stopOnError = 0x1;
 // How many events one turn of the main loop takes in at most.
 constexpr std::size_t maxEventsPerTurn = 256;
+
+CFValue nameArray(std::vector<std::string> names) {
+    CFValue::Array array;
+    for (auto& name : names)
+        array.emplace_back(std::move(name));
+    return array;
+}
 }  // namespace
 
 std::unique_ptr<X11Accessibility> X11Accessibility::open(MainLoop& loop, const char* displayName) {
@@ -99,10 +106,7 @@ AXErrorCode X11Accessibility::copyAttributeNames(const AXUIElementRef& element,
     const X11ElementKey* key = nullptr;
     if (auto code = liveElement(element, key))
         return code;
-    CFValue::Array list;
-    for (auto& name : attributes_.names(key->kind))
-        list.emplace_back(std::move(name));
-    names = CFValue(std::move(list));
+    names = nameArray(attributes_.names(key->kind));
     return axError::success;
 }
 
@@ -219,10 +223,7 @@ AXErrorCode X11Accessibility::copyActionNames(const AXUIElementRef& element,
     const X11ElementKey* key = nullptr;
     if (auto code = liveElement(element, key))
         return code;
-    CFValue::Array list;
-    for (auto& name : commands_.actionNames(key->kind))
-        list.emplace_back(std::move(name));
-    names = CFValue(std::move(list));
+    names = nameArray(commands_.actionNames(key->kind));
     return axError::success;
 }
 

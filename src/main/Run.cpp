@@ -40,7 +40,7 @@ void configure() {
     QApplication::setApplicationName(QStringLiteral("Tarnwick"));
     QApplication::setApplicationVersion(QString::fromLatin1(build::version));
     QApplication::setQuitOnLastWindowClosed(false);
-    QApplication::setWindowIcon(platform::qt::iconFor(platform::Image::resource("AppIcon")));
+    platform::qt::useApplicationIconForWindows();
 }
 
 // The windows of the coordinators that come and go, drawn by the Qt views.

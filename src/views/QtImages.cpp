@@ -1,8 +1,11 @@
 #include "views/QtImages.h"
 
+#include <QApplication>
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QString>
+#include <limits>
 
 #include "views/PaintedIcon.h"
 
@@ -20,13 +23,20 @@ void ensureViewResources() {
     (void)initialised;
 }
 
-// The application's icon, rendered at each size the icon theme uses, so
-// that small sizes are drawn for their size rather than scaled down.
-QIcon applicationIcon() {
+// The largest window icon worth its pixels' transfer.
+constexpr int largestWindowIcon = 64;
+
+// The application's icon, rendered at each size the icon theme uses up to
+// the largest asked for, so that small sizes are drawn for their size rather
+// than scaled down. The files are named after their size.
+QIcon applicationIcon(int largest = std::numeric_limits<int>::max()) {
+    ensureViewResources();
     QIcon icon;
     const QDir sizes(QStringLiteral(":/icons/AppIcon"));
-    for (const QString& file : sizes.entryList(QDir::Files))
-        icon.addFile(sizes.filePath(file));
+    for (const QString& file : sizes.entryList(QDir::Files)) {
+        if (QFileInfo(file).baseName().toInt() <= largest)
+            icon.addFile(sizes.filePath(file));
+    }
     return icon;
 }
 
@@ -41,6 +51,10 @@ QIcon resourceIcon(const std::string& name) {
 }
 
 }  // namespace
+
+void useApplicationIconForWindows() {
+    QApplication::setWindowIcon(applicationIcon(largestWindowIcon));
+}
 
 QIcon iconFor(const Image& image) {
     switch (image.kind) {

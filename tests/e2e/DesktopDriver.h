@@ -90,6 +90,9 @@ class Desktop {
 
     Screenshot capture(Geometry region);
 
+    // The property's 32-bit values, up to the length asked for.
+    std::vector<uint32_t> property(xcb_window_t window, const char* name, xcb_atom_t type,
+                                   uint32_t length = 1);
   private:
     std::optional<xcb_window_t> parentOf(xcb_window_t window);
     bool isOurPanel(xcb_window_t window, pid_t pid);
@@ -102,8 +105,6 @@ class Desktop {
     std::optional<xcb_window_t> windowOfClass(xcb_window_t window, const std::string& name,
                                               bool insideTrayHost);
     xcb_atom_t atom(const char* name);
-    std::vector<uint32_t> property(xcb_window_t window, const char* name, xcb_atom_t type,
-                                   uint32_t length = 1);
     void sync();
     void pressAndRelease(std::uint8_t button);
 

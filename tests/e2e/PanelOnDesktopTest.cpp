@@ -112,6 +112,13 @@ TEST_F(PanelOnDesktopTest, TheChordBringsThePanelToThePointerAndEscapeAndDistanc
     EXPECT_NEAR(panel->x + panel->width / 2.0, 640, 2);
     EXPECT_NEAR(panel->y + panel->height / 2.0, 400, 2);
     EXPECT_EQ(desktop.activeWindow(), active);
+    // The window manager reads the panel's icon each time it takes the
+    // panel: a 64-point icon and its smaller sizes, not the large ones.
+    const auto client = desktop.panelClient(tarnwick.pid());
+    ASSERT_TRUE(client);
+    const auto icon = desktop.property(*client, "_NET_WM_ICON", XCB_ATOM_CARDINAL, 1 << 20);
+    EXPECT_GT(icon.size(), 0u);
+    EXPECT_LE(icon.size(), 3u * 64 * 64) << "icon words";
 
     desktop.key(escapeKey, true);
     desktop.key(escapeKey, false);

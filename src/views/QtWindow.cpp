@@ -108,17 +108,22 @@ void QtWindow::applyWindowFlags() {
     }
 }
 
+// How long the first placement waits for the window manager to tell the
+// frame: a window manager answers at once, and without one the window is
+// placed by its bare size after this.
+constexpr std::chrono::milliseconds firstFramePatience{100};
+
 CGRect QtWindow::frame() const {
     return ScreenCoordinates::ofPrimaryScreen().toBottomLeft(expectedFrameGeometry());
 }
 
 // Qt knows the window manager's frame while the window is framed; before
 // the first showing, the frame the window manager said it will draw is
-// added, so that a window first shown where it was placed doesn't move
-// after its title bar comes. The frame, once known, is kept: the pointer's
-// distance reads it at every move, and it doesn't change while hidden. A
-// shown window that Qt sees unframed has no frame to ask the server about,
-// which spares those moves a round trip when no window manager frames it.
+// added (its answer waited for the first time), so that a window first
+// shown where it was placed doesn't move after its title bar comes. The frame, once known, is kept:
+// the pointer's distance reads it at every move, and it doesn't change while hidden. A shown window
+// that Qt sees unframed has no frame to ask the server about, which spares those moves a round trip
+// when no window manager frames it.
 QRect QtWindow::expectedFrameGeometry() const {
     const QRect frame = widget_->frameGeometry();
     const QRect content = widget_->geometry();
@@ -128,8 +133,11 @@ QRect QtWindow::expectedFrameGeometry() const {
                      frame.right() - content.right(), frame.bottom() - content.bottom());
         return frame;
     }
-    if (!frameMargins_ && !widget_->isVisible())
-        frameMargins_ = x11::frameExtents(*widget_);
+    if (!frameMargins_ && !widget_->isVisible()) {
+        frameMargins_ = frameExtentsAwaited_ ? x11::frameExtents(*widget_)
+                                             : x11::awaitFrameExtents(*widget_, firstFramePatience);
+        frameExtentsAwaited_ = true;
+    }
     return frameMargins_ ? QRect(frame.topLeft(), frame.size().grownBy(*frameMargins_)) : frame;
 }
 

@@ -83,6 +83,9 @@ class QtWindow final : public Window {
     double alpha_ = 1.0;
     // The window manager's frame around the content, once known.
     mutable std::optional<QMargins> frameMargins_;
+    // Whether the window manager's answer about the frame was waited for,
+    // which is done once.
+    mutable bool frameExtentsAwaited_ = false;
     std::optional<CGPoint> placedOrigin_;
     int heightWhenPlaced_ = 0;
     bool awaitingDecoration_ = false;

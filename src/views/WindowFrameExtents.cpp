@@ -2,6 +2,7 @@
 
 #include <QWidget>
 #include <cmath>
+#include <thread>
 
 #if defined(__linux__)
 #include "platform/x11/X11Connection.h"
@@ -49,9 +50,29 @@ std::optional<QMargins> frameExtents(QWidget& window) {
     return QMargins(inPoints(sides[0]), inPoints(sides[2]), inPoints(sides[1]), inPoints(sides[3]));
 }
 
+// The answer comes as a property change on a connection whose events Qt
+// reads on its own thread; looking for the property every few milliseconds
+// keeps out of Qt's way.
+std::optional<QMargins> awaitFrameExtents(QWidget& window, std::chrono::milliseconds patience) {
+    if (!connectionFor(window))
+        return std::nullopt;
+    requestFrameExtents(window);
+    const auto deadline = std::chrono::steady_clock::now() + patience;
+    for (;;) {
+        if (auto extents = frameExtents(window))
+            return extents;
+        if (std::chrono::steady_clock::now() >= deadline)
+            return std::nullopt;
+        std::this_thread::sleep_for(std::chrono::milliseconds(2));
+    }
+}
+
 #else
 
 void requestFrameExtents(QWidget&) {}
+std::optional<QMargins> awaitFrameExtents(QWidget&, std::chrono::milliseconds) {
+    return std::nullopt;
+}
 std::optional<QMargins> frameExtents(QWidget&) {
     return std::nullopt;
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QMargins>
+#include <chrono>
 #include <optional>
 
 class QWidget;
@@ -15,5 +16,9 @@ namespace platform::qt::x11 {
 // Nothing where Qt doesn't run on X11 or the window manager hasn't answered.
 void requestFrameExtents(QWidget& window);
 std::optional<QMargins> frameExtents(QWidget& window);
+// Asks and waits for the answer, up to the patience given: for a window
+// about to be placed and shown for the first time, before the answer to the
+// request made when it was styled has come.
+std::optional<QMargins> awaitFrameExtents(QWidget& window, std::chrono::milliseconds patience);
 
 }  // namespace platform::qt::x11

@@ -290,11 +290,20 @@ AXErrorCode X11Accessibility::copyElementAtPosition(const AXUIElementRef& applic
 // Nothing to grant on X11, and so no prompt to show: what matters is a
 // window manager that publishes the state we read and honours the requests
 // we send. One answers when the root's _NET_SUPPORTING_WM_CHECK names a
-// live window that carries _NET_WM_NAME. Asked of the server at every call,
-// so that a window manager that starts or goes is seen at the next one.
+// live window that carries _NET_WM_NAME. The server is asked until it
+// answers; from then on the window mirror, which follows the check window
+// by its events, tells whether that window manager is still there, so that
+// the list's every refresh doesn't wait for the server.
 bool X11Accessibility::isProcessTrustedWithOptions(const CFValue::Dictionary&) {
     if (!isConnected())
         return false;
+    if (answeringCheck_ != XCB_NONE && mirror_.windowManagerCheck() == answeringCheck_)
+        return true;
+    answeringCheck_ = askForAnsweringWindowManager();
+    return answeringCheck_ != XCB_NONE;
+}
+
+xcb_window_t X11Accessibility::askForAnsweringWindowManager() {
     auto& ewmh = connection_->ewmh();
     xcb_window_t check = XCB_NONE;
     bool answers =
@@ -311,7 +320,7 @@ bool X11Accessibility::isProcessTrustedWithOptions(const CFValue::Dictionary&) {
     // Waiting for the replies may have read events off the socket, which
     // then won't turn readable for them.
     loop_.post(lifetime_.guard([this] { processEvents(); }));
-    return answers;
+    return answers ? check : XCB_NONE;
 }
 
 AXErrorCode X11Accessibility::observerCreate(pid_t pid, AXObserverCallback callback,

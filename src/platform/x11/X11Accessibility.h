@@ -109,6 +109,9 @@ class X11Accessibility final : public Accessibility {
                           const CFValue::Array*& array, std::optional<CFValue>& holder);
     void takeQueuedEvents();
     void handle(const xcb_generic_event_t& event);
+    // The check window of a window manager that answers, asked of the
+    // server; none when none answers.
+    xcb_window_t askForAnsweringWindowManager();
 
     MainLoop& loop_;
     std::unique_ptr<X11Connection> connection_;
@@ -118,6 +121,8 @@ class X11Accessibility final : public Accessibility {
     X11WindowMirror mirror_;
     X11ElementCommands commands_;
     Token watch_;
+    // The check window of the window manager that last answered.
+    xcb_window_t answeringCheck_ = XCB_NONE;
     // Tasks posted to the loop may run after the backend is gone.
     LifetimeGuard lifetime_;
 };

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "platform/Geometry.h"
+#include "platform/VariantValue.h"
 
 namespace platform {
 
@@ -66,41 +67,33 @@ struct CFURL {
     std::filesystem::path path;
 };
 
+class CFValue;
+
+// The kinds of value the accessibility interface hands over.
+using CFValueKinds =
+    std::variant<CFNull, bool, std::int64_t, double, std::string, CFURL, AXUIElementRef, AXValue,
+                 std::vector<CFValue>, std::map<std::string, CFValue>>;
+
 // A value the accessibility interface hands over: a platform object of any
 // of these kinds.
-class CFValue {
+class CFValue : public VariantValue<CFValueKinds> {
   public:
     using Array = std::vector<CFValue>;
     using Dictionary = std::map<std::string, CFValue>;
-    using Value = std::variant<CFNull, bool, std::int64_t, double, std::string, CFURL,
-                               AXUIElementRef, AXValue, Array, Dictionary>;
 
-    CFValue() : value_(CFNull{}) {}
-    CFValue(bool v) : value_(v) {}
-    CFValue(int v) : value_(std::int64_t{v}) {}
-    CFValue(std::int64_t v) : value_(v) {}
-    CFValue(double v) : value_(v) {}
-    CFValue(std::string v) : value_(std::move(v)) {}
-    CFValue(const char* v) : value_(std::string(v)) {}
-    CFValue(CFURL v) : value_(std::move(v)) {}
-    CFValue(AXUIElementRef v) : value_(std::move(v)) {}
-    CFValue(AXValue v) : value_(std::move(v)) {}
-    CFValue(Array v) : value_(std::move(v)) {}
-    CFValue(Dictionary v) : value_(std::move(v)) {}
-    CFValue(CFNull v) : value_(v) {}
-
-    const Value& value() const { return value_; }
-    template <typename T>
-    bool is() const {
-        return std::holds_alternative<T>(value_);
-    }
-    template <typename T>
-    const T* get() const {
-        return std::get_if<T>(&value_);
-    }
-
-  private:
-    Value value_;
+    CFValue() : VariantValue(CFNull{}) {}
+    CFValue(bool v) : VariantValue(v) {}
+    CFValue(int v) : VariantValue(std::int64_t{v}) {}
+    CFValue(std::int64_t v) : VariantValue(v) {}
+    CFValue(double v) : VariantValue(v) {}
+    CFValue(std::string v) : VariantValue(std::move(v)) {}
+    CFValue(const char* v) : VariantValue(std::string(v)) {}
+    CFValue(CFURL v) : VariantValue(std::move(v)) {}
+    CFValue(AXUIElementRef v) : VariantValue(std::move(v)) {}
+    CFValue(AXValue v) : VariantValue(std::move(v)) {}
+    CFValue(Array v) : VariantValue(std::move(v)) {}
+    CFValue(Dictionary v) : VariantValue(std::move(v)) {}
+    CFValue(CFNull v) : VariantValue(v) {}
 };
 
 }  // namespace platform

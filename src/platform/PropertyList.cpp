@@ -44,7 +44,7 @@ bool operator==(const PropertyList& a, const PropertyList& b) {
         auto au = a.unsignedInteger(), bu = b.unsignedInteger();
         return au && bu && *au == *bu;
     }
-    return a.value_ == b.value_;
+    return a.value() == b.value();
 }
 
 namespace {

@@ -8,47 +8,43 @@
 #include <variant>
 #include <vector>
 
+#include "platform/VariantValue.h"
+
 namespace platform {
+
+class PropertyList;
+
+// The kinds a property-list value holds. Integers keep their signedness so
+// that an unsigned value written comes back unsigned.
+using PropertyListKinds =
+    std::variant<std::string, std::vector<std::uint8_t>, bool, std::int64_t, std::uint64_t, double,
+                 std::chrono::system_clock::time_point, std::vector<PropertyList>,
+                 std::map<std::string, PropertyList>>;
 
 // A property-list value: the types the preferences store, bundle
 // information and the property-list coder hold.
-class PropertyList {
+class PropertyList : public VariantValue<PropertyListKinds> {
   public:
     using Data = std::vector<std::uint8_t>;
     using Date = std::chrono::system_clock::time_point;
     using Array = std::vector<PropertyList>;
     using Dictionary = std::map<std::string, PropertyList>;
-    // Integers keep their signedness so that an unsigned value written
-    // comes back unsigned.
-    using Value = std::variant<std::string, Data, bool, std::int64_t, std::uint64_t, double, Date,
-                               Array, Dictionary>;
 
-    PropertyList() : value_(Dictionary{}) {}
-    PropertyList(std::string v) : value_(std::move(v)) {}
-    PropertyList(const char* v) : value_(std::string(v)) {}
-    PropertyList(Data v) : value_(std::move(v)) {}
-    PropertyList(bool v) : value_(v) {}
-    PropertyList(int v) : value_(std::int64_t{v}) {}
-    PropertyList(long v) : value_(std::int64_t{v}) {}
-    PropertyList(long long v) : value_(std::int64_t{v}) {}
-    PropertyList(unsigned v) : value_(std::uint64_t{v}) {}
-    PropertyList(unsigned long v) : value_(std::uint64_t{v}) {}
-    PropertyList(unsigned long long v) : value_(std::uint64_t{v}) {}
-    PropertyList(double v) : value_(v) {}
-    PropertyList(Date v) : value_(v) {}
-    PropertyList(Array v) : value_(std::move(v)) {}
-    PropertyList(Dictionary v) : value_(std::move(v)) {}
-
-    const Value& value() const { return value_; }
-
-    template <typename T>
-    bool is() const {
-        return std::holds_alternative<T>(value_);
-    }
-    template <typename T>
-    const T* get() const {
-        return std::get_if<T>(&value_);
-    }
+    PropertyList() : VariantValue(Dictionary{}) {}
+    PropertyList(std::string v) : VariantValue(std::move(v)) {}
+    PropertyList(const char* v) : VariantValue(std::string(v)) {}
+    PropertyList(Data v) : VariantValue(std::move(v)) {}
+    PropertyList(bool v) : VariantValue(v) {}
+    PropertyList(int v) : VariantValue(std::int64_t{v}) {}
+    PropertyList(long v) : VariantValue(std::int64_t{v}) {}
+    PropertyList(long long v) : VariantValue(std::int64_t{v}) {}
+    PropertyList(unsigned v) : VariantValue(std::uint64_t{v}) {}
+    PropertyList(unsigned long v) : VariantValue(std::uint64_t{v}) {}
+    PropertyList(unsigned long long v) : VariantValue(std::uint64_t{v}) {}
+    PropertyList(double v) : VariantValue(v) {}
+    PropertyList(Date v) : VariantValue(v) {}
+    PropertyList(Array v) : VariantValue(std::move(v)) {}
+    PropertyList(Dictionary v) : VariantValue(std::move(v)) {}
 
     const std::string* string() const { return get<std::string>(); }
     const Array* array() const { return get<Array>(); }
@@ -68,9 +64,6 @@ class PropertyList {
 
     // A short readable rendering, for messages and tests.
     std::string debugDescription() const;
-
-  private:
-    Value value_;
 };
 
 }  // namespace platform

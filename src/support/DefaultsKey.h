@@ -12,10 +12,10 @@
 
 namespace quillbox {
 
-// The name of a preference with its value type and stored type, and the
-// conversion between them when they differ.
-template <typename Value, typename StoredValue = Value>
-class Key : public Withable<Key<Value, StoredValue>> {
+// What every preference key has: its name in the store, its value and stored
+// types, and the conversion between them when they differ.
+template <typename Derived, typename Value, typename StoredValue>
+class KeyBase : public Withable<Derived> {
     static_assert(PropertyListCodable<StoredValue>, "a stored value must be a property-list type");
 
   public:
@@ -23,36 +23,47 @@ class Key : public Withable<Key<Value, StoredValue>> {
     using StoredValueType = StoredValue;
     using TransformType = Transform<Value, StoredValue>;
 
-    explicit Key(std::string name) : rawValue(std::move(name)) {}
-    // The type argument only fixes StoredValue.
-    Key(std::string name, std::type_identity<StoredValue>) : rawValue(std::move(name)) {}
-    // A codable value kept as binary property-list data.
-    Key(AutoCodingValueWithKey, std::string name) requires Codable<Value> &&
-        std::same_as<StoredValue, platform::PropertyList::Data>
-        : rawValue(std::move(name)), transform(autoCodingTransform<Value>()) {}
-
     // The key name in the store.
     const std::string& key() const { return rawValue; }
 
-    Key withTransform(TransformType newTransform) const {
-        Key copy = *this;
-        copy.transform = std::move(newTransform);
-        return copy;
+    Derived withTransform(TransformType newTransform) const {
+        return this->with([&](Derived& copy) { copy.transform = std::move(newTransform); });
     }
-    Key withTransform(typename TransformType::Get get, typename TransformType::Set set) const {
+    Derived withTransform(typename TransformType::Get get, typename TransformType::Set set) const {
         return withTransform(TransformType(std::move(get), std::move(set)));
-    }
-
-    // The key's textual description, as error lines name it:
-    // Key<value type, stored type>(rawValue: "name"), with the types as the
-    // compiler spells them.
-    std::string description() const {
-        return "Key<" + typeName<Value>() + ", " + typeName<StoredValue>() + ">(rawValue: \"" +
-               rawValue + "\")";
     }
 
     std::string rawValue;
     std::optional<TransformType> transform;
+
+  protected:
+    explicit KeyBase(std::string name, std::optional<TransformType> conversion = std::nullopt)
+        : rawValue(std::move(name)), transform(std::move(conversion)) {}
+
+    // The key's textual description, as error lines name it:
+    // Kind<value type, stored type>(rawValue: "name"), with the types as the
+    // compiler spells them.
+    std::string describe(const std::string& kind) const {
+        return kind + "<" + typeName<Value>() + ", " + typeName<StoredValue>() + ">(rawValue: \"" +
+               rawValue + "\")";
+    }
+};
+
+// The name of a preference with its value type and stored type.
+template <typename Value, typename StoredValue = Value>
+class Key : public KeyBase<Key<Value, StoredValue>, Value, StoredValue> {
+    using Base = KeyBase<Key, Value, StoredValue>;
+
+  public:
+    explicit Key(std::string name) : Base(std::move(name)) {}
+    // The type argument only fixes StoredValue.
+    Key(std::string name, std::type_identity<StoredValue>) : Base(std::move(name)) {}
+    // A codable value kept as binary property-list data.
+    Key(AutoCodingValueWithKey, std::string name) requires Codable<Value> &&
+        std::same_as<StoredValue, platform::PropertyList::Data>
+        : Base(std::move(name), autoCodingTransform<Value>()) {}
+
+    std::string description() const { return this->describe("Key"); }
 };
 
 template <typename Value, typename StoredValue>
@@ -67,59 +78,35 @@ struct DefaultsReset {
 
 // A preference that reads as its default when the store has nothing usable.
 template <typename Value, typename StoredValue = Value>
-class KeyWithDefault : public Withable<KeyWithDefault<Value, StoredValue>> {
-    static_assert(PropertyListCodable<StoredValue>, "a stored value must be a property-list type");
+class KeyWithDefault : public KeyBase<KeyWithDefault<Value, StoredValue>, Value, StoredValue> {
+    using Base = KeyBase<KeyWithDefault, Value, StoredValue>;
 
   public:
-    using ValueType = Value;
-    using StoredValueType = StoredValue;
-    using TransformType = Transform<Value, StoredValue>;
-
     KeyWithDefault(std::string name, Value fallback)
-        : rawValue(std::move(name)), defaultValue(std::move(fallback)) {}
+        : Base(std::move(name)), defaultValue(std::move(fallback)) {}
     KeyWithDefault(std::string name, Value fallback, std::type_identity<StoredValue>)
         : KeyWithDefault(std::move(name), std::move(fallback)) {}
     KeyWithDefault(AutoCodingValueWithKey, std::string name, Value fallback) requires
         Codable<Value> && std::same_as<StoredValue, platform::PropertyList::Data>
-        : rawValue(std::move(name)),
-          defaultValue(std::move(fallback)),
-          transform(autoCodingTransform<Value>()) {}
+        : Base(std::move(name), autoCodingTransform<Value>()), defaultValue(std::move(fallback)) {}
 
     // A bare name has no default, so this never makes a key. It exists to
     // mirror Key's construction from a raw value.
     static std::optional<KeyWithDefault> fromRawValue(const std::string&) { return std::nullopt; }
-
-    const std::string& key() const { return rawValue; }
-
-    KeyWithDefault withTransform(TransformType newTransform) const {
-        KeyWithDefault copy = *this;
-        copy.transform = std::move(newTransform);
-        return copy;
-    }
-    KeyWithDefault withTransform(typename TransformType::Get get,
-                                 typename TransformType::Set set) const {
-        return withTransform(TransformType(std::move(get), std::move(set)));
-    }
 
     DefaultsReset<Value, StoredValue> reset() const { return {defaultValue, *this}; }
 
     // The same name and transform without the default: the key that writes
     // go through, so that writing nothing removes the entry.
     Key<Value, StoredValue> withoutDefault() const {
-        Key<Value, StoredValue> plain(rawValue);
-        plain.transform = transform;
+        Key<Value, StoredValue> plain(this->rawValue);
+        plain.transform = this->transform;
         return plain;
     }
 
-    // KeyWithDefault<value type, stored type>(rawValue: "name")
-    std::string description() const {
-        return "KeyWithDefault<" + typeName<Value>() + ", " + typeName<StoredValue>() +
-               ">(rawValue: \"" + rawValue + "\")";
-    }
+    std::string description() const { return this->describe("KeyWithDefault"); }
 
-    std::string rawValue;
     Value defaultValue;
-    std::optional<TransformType> transform;
 };
 
 }  // namespace quillbox

@@ -13,12 +13,18 @@ bool matches(EventMask mask, const Event& event) {
     return (mask & eventMaskFor(event.type)) != 0;
 }
 
-Event keyEvent(EventType type, KeyCode keyCode, ModifierFlags flags, std::string characters,
-               std::string charactersIgnoringModifiers, bool isARepeat) {
+// What every simulated event carries; the rest stays at its default.
+Event baseEvent(EventType type, ModifierFlags flags, KeyCode keyCode = 0) {
     Event event;
     event.type = type;
     event.keyCode = keyCode;
     event.modifierFlags = flags;
+    return event;
+}
+
+Event keyEvent(EventType type, KeyCode keyCode, ModifierFlags flags, std::string characters,
+               std::string charactersIgnoringModifiers, bool isARepeat) {
+    Event event = baseEvent(type, flags, keyCode);
     event.characters = std::move(characters);
     event.charactersIgnoringModifiers = std::move(charactersIgnoringModifiers);
     event.isARepeat = isARepeat;
@@ -73,17 +79,11 @@ std::optional<Event> SimEventMonitors::keyUp(KeyCode keyCode, ModifierFlags flag
 }
 
 std::optional<Event> SimEventMonitors::flagsChanged(ModifierFlags flags, KeyCode keyCode) {
-    Event event;
-    event.type = EventType::flagsChanged;
-    event.keyCode = keyCode;
-    event.modifierFlags = flags;
-    return dispatch(event);
+    return dispatch(baseEvent(EventType::flagsChanged, flags, keyCode));
 }
 
 std::optional<Event> SimEventMonitors::mouseMoved(CGPoint location) {
-    Event event;
-    event.type = EventType::mouseMoved;
-    event.modifierFlags = modifierFlags_;
+    Event event = baseEvent(EventType::mouseMoved, modifierFlags_);
     event.locationInScreen = location;
     return dispatch(event);
 }

@@ -1,5 +1,7 @@
 #include "platform/sim/SimPowerManagement.h"
 
+#include "platform/LockedAccess.h"
+
 namespace platform::sim {
 
 std::optional<PowerManagement::AssertionID> SimPowerManagement::assertionCreateWithName(
@@ -18,18 +20,15 @@ void SimPowerManagement::assertionRelease(AssertionID assertion) {
 }
 
 std::map<PowerManagement::AssertionID, std::string> SimPowerManagement::heldAssertions() const {
-    std::lock_guard lock(mutex_);
-    return held_;
+    return readLocked(mutex_, held_);
 }
 
 int SimPowerManagement::createdCount() const {
-    std::lock_guard lock(mutex_);
-    return created_;
+    return readLocked(mutex_, created_);
 }
 
 void SimPowerManagement::setRefusesAssertions(bool refuses) {
-    std::lock_guard lock(mutex_);
-    refuses_ = refuses;
+    writeLocked(mutex_, refuses_, refuses);
 }
 
 }  // namespace platform::sim

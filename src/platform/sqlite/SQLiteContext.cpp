@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <mutex>
 
+#include "platform/LockedAccess.h"
 #include "platform/sqlite/SaveChanges.h"
 #include "platform/sqlite/ValueOrder.h"
 
@@ -60,33 +61,27 @@ Context::Context(std::shared_ptr<ContainerCore> container, std::string name)
     : container_(std::move(container)), name_(std::move(name)) {}
 
 std::string Context::name() const {
-    std::lock_guard access(gate_);
-    return name_;
+    return readLocked(gate_, name_);
 }
 
 void Context::setName(std::string name) {
-    std::lock_guard access(gate_);
-    name_ = std::move(name);
+    writeLocked(gate_, name_, std::move(name));
 }
 
 MergePolicyType Context::mergePolicy() const {
-    std::lock_guard access(gate_);
-    return mergePolicy_;
+    return readLocked(gate_, mergePolicy_);
 }
 
 void Context::setMergePolicy(MergePolicyType policy) {
-    std::lock_guard access(gate_);
-    mergePolicy_ = policy;
+    writeLocked(gate_, mergePolicy_, policy);
 }
 
 bool Context::automaticallyMergesChangesFromParent() const {
-    std::lock_guard access(gate_);
-    return mergesAutomatically_;
+    return readLocked(gate_, mergesAutomatically_);
 }
 
 void Context::setAutomaticallyMergesChangesFromParent(bool merges) {
-    std::lock_guard access(gate_);
-    mergesAutomatically_ = merges;
+    writeLocked(gate_, mergesAutomatically_, merges);
 }
 
 void Context::performAndWait(const std::function<void()>& block) {

@@ -1,6 +1,8 @@
 #include "platform/x11/X11Accessibility.h"
 
 #include <algorithm>
+#include <optional>
+#include <utility>
 
 namespace platform::x11 {
 
@@ -46,11 +48,14 @@ void X11Accessibility::processEvents() {
     while (handled < maxEventsPerTurn) {
         Reply<xcb_generic_event_t> event(xcb_poll_for_event(connection_->connection()));
         if (!event)
+            event = settleMirror();
+        if (!event)
             break;
         handle(*event);
         ++handled;
     }
     if (handled == maxEventsPerTurn) {
+        mirror_.settle();
         // A flood of events takes turns with the rest of the loop's work.
         loop_.post(lifetime_.guard([this] { processEvents(); }));
     }
@@ -62,8 +67,21 @@ void X11Accessibility::processEvents() {
 }
 
 void X11Accessibility::takeQueuedEvents() {
-    while (Reply<xcb_generic_event_t> event{xcb_poll_for_queued_event(connection_->connection())})
+    while (Reply<xcb_generic_event_t> event{queuedEventOrSettle()})
         handle(*event);
+}
+
+Reply<xcb_generic_event_t> X11Accessibility::queuedEventOrSettle() {
+    Reply<xcb_generic_event_t> event(xcb_poll_for_queued_event(connection_->connection()));
+    return event ? std::move(event) : settleMirror();
+}
+
+// The mirror asks the server what the events said changed; waiting for
+// those replies may read further events off the socket, which then won't
+// turn readable for them: the first of them is handed back.
+Reply<xcb_generic_event_t> X11Accessibility::settleMirror() {
+    mirror_.settle();
+    return Reply<xcb_generic_event_t>(xcb_poll_for_queued_event(connection_->connection()));
 }
 
 // Errors come here too, unread: they answer requests about windows that
@@ -290,27 +308,42 @@ AXErrorCode X11Accessibility::copyElementAtPosition(const AXUIElementRef& applic
 // window manager that publishes the state we read and honours the requests
 // we send. One answers when the root's _NET_SUPPORTING_WM_CHECK names a
 // live window that carries _NET_WM_NAME. Asked of the server at every call,
-// so that a window manager that starts or goes is seen at the next one.
+// so that a window manager that starts or goes is seen at the next one; the
+// name of the window found last time is asked for in the same round trip.
 bool X11Accessibility::isProcessTrustedWithOptions(const CFValue::Dictionary&) {
     if (!isConnected())
         return false;
     auto& ewmh = connection_->ewmh();
+    const auto checkRequest = xcb_ewmh_get_supporting_wm_check(&ewmh, connection_->root());
+    const xcb_window_t expected = lastCheckWindow_;
+    std::optional<xcb_get_property_cookie_t> nameRequest;
+    if (expected != XCB_NONE)
+        nameRequest = xcb_ewmh_get_wm_name(&ewmh, expected);
     xcb_window_t check = XCB_NONE;
-    bool answers =
-        xcb_ewmh_get_supporting_wm_check_reply(
-            &ewmh, xcb_ewmh_get_supporting_wm_check(&ewmh, connection_->root()), &check, nullptr) &&
-        check != XCB_NONE;
-    if (answers) {
-        xcb_ewmh_get_utf8_strings_reply_t name{};
-        answers =
-            xcb_ewmh_get_wm_name_reply(&ewmh, xcb_ewmh_get_wm_name(&ewmh, check), &name, nullptr);
-        if (answers)
-            xcb_ewmh_get_utf8_strings_reply_wipe(&name);
+    if (!xcb_ewmh_get_supporting_wm_check_reply(&ewmh, checkRequest, &check, nullptr))
+        check = XCB_NONE;
+    lastCheckWindow_ = check;
+    bool answers = false;
+    if (check != XCB_NONE && check == expected) {
+        answers = checkWindowNamed(*nameRequest);
+    } else {
+        if (nameRequest)
+            xcb_discard_reply(connection_->connection(), nameRequest->sequence);
+        if (check != XCB_NONE)
+            answers = checkWindowNamed(xcb_ewmh_get_wm_name(&ewmh, check));
     }
     // Waiting for the replies may have read events off the socket, which
     // then won't turn readable for them.
     loop_.post(lifetime_.guard([this] { processEvents(); }));
     return answers;
+}
+
+bool X11Accessibility::checkWindowNamed(xcb_get_property_cookie_t name) {
+    xcb_ewmh_get_utf8_strings_reply_t reply{};
+    if (!xcb_ewmh_get_wm_name_reply(&connection_->ewmh(), name, &reply, nullptr))
+        return false;
+    xcb_ewmh_get_utf8_strings_reply_wipe(&reply);
+    return true;
 }
 
 AXErrorCode X11Accessibility::observerCreate(pid_t pid, AXObserverCallback callback,

@@ -108,7 +108,11 @@ class X11Accessibility final : public Accessibility {
     AXErrorCode readArray(const AXUIElementRef& element, const std::string& attribute,
                           const CFValue::Array*& array, std::optional<CFValue>& holder);
     void takeQueuedEvents();
+    Reply<xcb_generic_event_t> queuedEventOrSettle();
+    Reply<xcb_generic_event_t> settleMirror();
     void handle(const xcb_generic_event_t& event);
+    // Whether the check window carries a name, from a request already sent.
+    bool checkWindowNamed(xcb_get_property_cookie_t name);
 
     MainLoop& loop_;
     std::unique_ptr<X11Connection> connection_;
@@ -118,6 +122,9 @@ class X11Accessibility final : public Accessibility {
     X11WindowMirror mirror_;
     X11ElementCommands commands_;
     Token watch_;
+    // The check window the last trust test found, asked about together
+    // with the root so that a window manager that stays costs one round trip.
+    xcb_window_t lastCheckWindow_ = XCB_NONE;
     // Tasks posted to the loop may run after the backend is gone.
     LifetimeGuard lifetime_;
 };

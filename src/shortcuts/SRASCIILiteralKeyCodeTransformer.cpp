@@ -10,34 +10,6 @@ namespace lirixkro {
 
 using quillbox::Log;
 
-std::shared_ptr<const SRASCIILiteralKeyCodeTransformer>
-SRASCIILiteralKeyCodeTransformer::sharedTransformer() {
-    static const std::shared_ptr<const SRASCIILiteralKeyCodeTransformer> shared(
-        new SRASCIILiteralKeyCodeTransformer(std::shared_ptr<detail::SRKeyCodeTranslator>(
-            std::shared_ptr<void>(), &detail::SRKeyCodeASCIITranslator::shared())));
-    return shared;
-}
-
-std::shared_ptr<const SRASCIILiteralKeyCodeTransformer>
-SRASCIILiteralKeyCodeTransformer::makeWithInputSource(
-    std::shared_ptr<platform::InputSource> inputSource) {
-    return std::shared_ptr<const SRASCIILiteralKeyCodeTransformer>(
-        new SRASCIILiteralKeyCodeTransformer(
-            std::make_shared<detail::SRKeyCodeASCIITranslator>(std::move(inputSource))));
-}
-
-detail::SRKeyCodeASCIITranslator& SRASCIILiteralKeyCodeTransformer::asciiTranslator() const {
-    // Every instance of this class is made with an ASCII translator.
-    return static_cast<detail::SRKeyCodeASCIITranslator&>(translator());
-}
-
-std::optional<std::string> SRASCIILiteralKeyCodeTransformer::transformedValue(
-    const SRValue& value, SRModifierFlags implicitModifierFlags,
-    SRModifierFlags explicitModifierFlags, SRLayoutDirection direction) const {
-    return transformKeyCode("Key Code -> ASCII Literal", Form::literal, value,
-                            implicitModifierFlags, explicitModifierFlags, direction);
-}
-
 namespace {
 
 // "f1" to "f9" and "f10" to "f20" name the function keys; "f01" does not.
@@ -93,7 +65,7 @@ std::optional<SRKeyCode> SRASCIILiteralKeyCodeTransformer::reverseTransformedVal
     if (!keyCode)
         keyCode = keyCodeNamed(lowercased);
     if (!keyCode)
-        keyCode = asciiTranslator().keyCodeForTranslation(lowercased);
+        keyCode = translator().keyCodeForTranslation(lowercased);
     if (!keyCode)
         Log::error("#Error Invalid value for reverse transformation");
     return keyCode;

@@ -9,34 +9,6 @@ namespace lirixkro {
 
 using quillbox::Log;
 
-std::shared_ptr<const SRASCIISymbolicKeyCodeTransformer>
-SRASCIISymbolicKeyCodeTransformer::sharedTransformer() {
-    static const std::shared_ptr<const SRASCIISymbolicKeyCodeTransformer> shared(
-        new SRASCIISymbolicKeyCodeTransformer(std::shared_ptr<detail::SRKeyCodeTranslator>(
-            std::shared_ptr<void>(), &detail::SRKeyCodeASCIITranslator::shared())));
-    return shared;
-}
-
-std::shared_ptr<const SRASCIISymbolicKeyCodeTransformer>
-SRASCIISymbolicKeyCodeTransformer::makeWithInputSource(
-    std::shared_ptr<platform::InputSource> inputSource) {
-    return std::shared_ptr<const SRASCIISymbolicKeyCodeTransformer>(
-        new SRASCIISymbolicKeyCodeTransformer(
-            std::make_shared<detail::SRKeyCodeASCIITranslator>(std::move(inputSource))));
-}
-
-detail::SRKeyCodeASCIITranslator& SRASCIISymbolicKeyCodeTransformer::asciiTranslator() const {
-    // Every instance of this class is made with an ASCII translator.
-    return static_cast<detail::SRKeyCodeASCIITranslator&>(translator());
-}
-
-std::optional<std::string> SRASCIISymbolicKeyCodeTransformer::transformedValue(
-    const SRValue& value, SRModifierFlags implicitModifierFlags,
-    SRModifierFlags explicitModifierFlags, SRLayoutDirection direction) const {
-    return transformKeyCode("Key Code -> ASCII Symbol", Form::symbolic, value,
-                            implicitModifierFlags, explicitModifierFlags, direction);
-}
-
 std::optional<SRKeyCode> SRASCIISymbolicKeyCodeTransformer::reverseTransformedValue(
     const SRValue& value) const {
     quillbox::LogActivity scope("ASCII Symbol -> Key Code");
@@ -49,8 +21,8 @@ std::optional<SRKeyCode> SRASCIISymbolicKeyCodeTransformer::reverseTransformedVa
     }
     auto keyCode = detail::SRKeyCodeForSymbolCharacter(characters[0]);
     if (!keyCode) {
-        keyCode = asciiTranslator().keyCodeForTranslation(
-            detail::SRLowercased(detail::SRUTF8(characters[0])));
+        keyCode =
+            translator().keyCodeForTranslation(detail::SRLowercased(detail::SRUTF8(characters[0])));
     }
     if (!keyCode)
         Log::error("#Error Invalid value for reverse transformation");

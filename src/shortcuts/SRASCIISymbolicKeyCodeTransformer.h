@@ -1,8 +1,6 @@
 #pragma once
 
-#include <memory>
-
-#include "shortcuts/SRKeyCodeTransformer.h"
+#include "shortcuts/SRKeyCodeTransformerMember.h"
 
 namespace lirixkro {
 
@@ -12,25 +10,19 @@ class SRKeyCodeASCIITranslator;
 
 // The symbolic form of a key on the ASCII-capable layout, for matching and for menu key
 // equivalents. It reads text back into a key code as well.
-class SRASCIISymbolicKeyCodeTransformer final : public SRKeyCodeTransformer {
+class SRASCIISymbolicKeyCodeTransformer final
+    : public SRKeyCodeTransformerMember<SRASCIISymbolicKeyCodeTransformer,
+                                        detail::SRKeyCodeASCIITranslator> {
   public:
-    static std::shared_ptr<const SRASCIISymbolicKeyCodeTransformer> sharedTransformer();
-    // A transformer with a translator of its own on one fixed layout.
-    static std::shared_ptr<const SRASCIISymbolicKeyCodeTransformer> makeWithInputSource(
-        std::shared_ptr<platform::InputSource> inputSource);
-
-    using SRKeyCodeTransformer::transformedValue;
-    std::optional<std::string> transformedValue(const SRValue& value,
-                                                SRModifierFlags implicitModifierFlags,
-                                                SRModifierFlags explicitModifierFlags,
-                                                SRLayoutDirection direction) const override;
-
     static constexpr bool allowsReverseTransformation() { return true; }
     std::optional<SRKeyCode> reverseTransformedValue(const SRValue& value) const override;
 
   private:
-    using SRKeyCodeTransformer::SRKeyCodeTransformer;
-    detail::SRKeyCodeASCIITranslator& asciiTranslator() const;
+    friend SRKeyCodeTransformerMember;
+    using SRKeyCodeTransformerMember::SRKeyCodeTransformerMember;
+
+    static constexpr Form form = Form::symbolic;
+    static constexpr const char* activity = "Key Code -> ASCII Symbol";
 };
 
 }  // namespace lirixkro

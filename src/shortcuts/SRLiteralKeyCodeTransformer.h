@@ -1,27 +1,22 @@
 #pragma once
 
-#include <memory>
-
-#include "shortcuts/SRKeyCodeTransformer.h"
+#include "shortcuts/SRKeyCodeTransformerMember.h"
 
 namespace lirixkro {
 
+namespace detail {
+class SRKeyCodeTranslator;
+}
+
 // The literal form of a key on the current layout, for people ("F5", "A", "↩").
-class SRLiteralKeyCodeTransformer final : public SRKeyCodeTransformer {
-  public:
-    static std::shared_ptr<const SRLiteralKeyCodeTransformer> sharedTransformer();
-    // A transformer with a translator of its own on one fixed layout.
-    static std::shared_ptr<const SRLiteralKeyCodeTransformer> makeWithInputSource(
-        std::shared_ptr<platform::InputSource> inputSource);
-
-    using SRKeyCodeTransformer::transformedValue;
-    std::optional<std::string> transformedValue(const SRValue& value,
-                                                SRModifierFlags implicitModifierFlags,
-                                                SRModifierFlags explicitModifierFlags,
-                                                SRLayoutDirection direction) const override;
-
+class SRLiteralKeyCodeTransformer final
+    : public SRKeyCodeTransformerMember<SRLiteralKeyCodeTransformer, detail::SRKeyCodeTranslator> {
   private:
-    using SRKeyCodeTransformer::SRKeyCodeTransformer;
+    friend SRKeyCodeTransformerMember;
+    using SRKeyCodeTransformerMember::SRKeyCodeTransformerMember;
+
+    static constexpr Form form = Form::literal;
+    static constexpr const char* activity = "Key Code -> Literal";
 };
 
 }  // namespace lirixkro

@@ -1,28 +1,23 @@
 #pragma once
 
-#include <memory>
-
-#include "shortcuts/SRKeyCodeTransformer.h"
+#include "shortcuts/SRKeyCodeTransformerMember.h"
 
 namespace lirixkro {
 
+namespace detail {
+class SRKeyCodeTranslator;
+}
+
 // The symbolic form of a key on the current layout, for matching (a function key's private-use
 // character, "a", a carriage return).
-class SRSymbolicKeyCodeTransformer final : public SRKeyCodeTransformer {
-  public:
-    static std::shared_ptr<const SRSymbolicKeyCodeTransformer> sharedTransformer();
-    // A transformer with a translator of its own on one fixed layout.
-    static std::shared_ptr<const SRSymbolicKeyCodeTransformer> makeWithInputSource(
-        std::shared_ptr<platform::InputSource> inputSource);
-
-    using SRKeyCodeTransformer::transformedValue;
-    std::optional<std::string> transformedValue(const SRValue& value,
-                                                SRModifierFlags implicitModifierFlags,
-                                                SRModifierFlags explicitModifierFlags,
-                                                SRLayoutDirection direction) const override;
-
+class SRSymbolicKeyCodeTransformer final
+    : public SRKeyCodeTransformerMember<SRSymbolicKeyCodeTransformer, detail::SRKeyCodeTranslator> {
   private:
-    using SRKeyCodeTransformer::SRKeyCodeTransformer;
+    friend SRKeyCodeTransformerMember;
+    using SRKeyCodeTransformerMember::SRKeyCodeTransformerMember;
+
+    static constexpr Form form = Form::symbolic;
+    static constexpr const char* activity = "Key Code -> Symbol";
 };
 
 }  // namespace lirixkro

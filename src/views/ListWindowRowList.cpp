@@ -328,8 +328,9 @@ void ListWindowRowList::resizeEvent(QResizeEvent* event) {
 
 // Called again once the panel is shown, when the room on its screen is
 // known: the width may change with it.
-void ListWindowRowList::setMaximumListHeight(int height) {
-    maximumHeight_ = std::max(height, rowHeight);
+void ListWindowRowList::setLimits(int maximumHeight, int frameWidth) {
+    maximumHeight_ = std::max(maximumHeight, rowHeight);
+    frameWidth_ = frameWidth;
     sizeChanged();
 }
 
@@ -339,14 +340,14 @@ void ListWindowRowList::showEvent(QShowEvent* event) {
 }
 
 // The room a title has for the panel to fit the work area of its screen,
-// beside the panel's paddings and the window manager's frame, which is
-// known once the panel was first shown.
+// beside the panel's paddings and the window manager's frame: the one Qt
+// knows now, or the one given, which Qt forgets while the panel is hidden.
 int ListWindowRowList::titleRoom() const {
     const QScreen* shownOn = screen();
     if (!shownOn)
         return QWIDGETSIZE_MAX;
     const QWidget* top = window();
-    const int frame = top->frameGeometry().width() - top->width();
+    const int frame = std::max(top->frameGeometry().width() - top->width(), frameWidth_);
     return std::max(0, widestRowTitle(shownOn->availableGeometry().width() - frame));
 }
 

@@ -39,8 +39,10 @@ class ListWindowRowList final : public QScrollArea {
     // a change of the list's size.
     void redrawRowsInSight();
 
-    // The tallest the list may be; it scrolls beyond.
-    void setMaximumListHeight(int height);
+    // The tallest the list may be, for it scrolls beyond, and the width of
+    // the window manager's frame around the panel, which a title leaves room
+    // for on the screen.
+    void setLimits(int maximumHeight, int frameWidth);
 
     // The rows that have widgets, in their order on screen.
     std::vector<ListRowWidget*> rows() const;
@@ -94,6 +96,7 @@ class ListWindowRowList final : public QScrollArea {
     std::vector<Slot> spare_;
     int widestTitle_ = 0;
     int maximumHeight_ = QWIDGETSIZE_MAX;
+    int frameWidth_ = 0;
     QSize hinted_;
     bool layingOut_ = false;
     // A press on a row that became a drag.

@@ -35,7 +35,11 @@ ListWindowWidget::ListWindowWidget(ContentProvider provider, quillbox::Signal<>&
     : QWidget(parent),
       provider_(std::move(provider)),
       coordinator_(coordinator),
-      permissionView_(permissionView) {
+      permissionView_(permissionView),
+      applyOnce_([this] {
+          if (stale_ && isVisible())
+              apply(allWindowsChanged_);
+      }) {
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     changes_ = changed.connect([this] { markStale(); });
@@ -58,23 +62,7 @@ void ListWindowWidget::follow(tarnwick::ListWindowView& view) {
 void ListWindowWidget::markStale() {
     stale_ = true;
     if (isVisible())
-        applySoon();
-}
-
-// However many changes come in one turn, the content is computed and
-// drawn once, in the next.
-void ListWindowWidget::applySoon() {
-    if (applyPosted_)
-        return;
-    applyPosted_ = true;
-    QMetaObject::invokeMethod(
-        this,
-        [this] {
-            applyPosted_ = false;
-            if (stale_ && isVisible())
-                apply(allWindowsChanged_);
-        },
-        Qt::QueuedConnection);
+        applyOnce_.request();
 }
 
 void ListWindowWidget::redraw() {
@@ -100,7 +88,7 @@ void ListWindowWidget::showEvent(QShowEvent* event) {
         this,
         [this] {
             if (rowList_)
-                rowList_->setMaximumListHeight(listHeightLimit());
+                applyLimits();
         },
         Qt::QueuedConnection);
 }
@@ -192,35 +180,44 @@ void ListWindowWidget::updateMenuAndList(const Content& content, bool redrawAll)
         layout->addWidget(rowList_);
         rowList_->show();
     }
-    rowList_->setMaximumListHeight(listHeightLimit());
+    applyLimits();
     rowList_->apply(content.rows, changedWindows_, redrawAll);
 }
 
+void ListWindowWidget::applyLimits() {
+    const QSize frame = frameAround();
+    rowList_->setLimits(listHeightLimit(frame), frame.width());
+}
+
 // The panel is never taller than the work area of its screen: the rows
-// take what the menu, the paddings and the window's frame leave. The
-// frame is known once the panel was first shown.
-int ListWindowWidget::listHeightLimit() const {
-    const QWidget* top = window();
-    const QScreen* shownOn = top->screen();
+// take what the menu, the paddings and the window's frame leave.
+int ListWindowWidget::listHeightLimit(const QSize& frame) const {
+    const QScreen* shownOn = window()->screen();
     if (!shownOn)
         shownOn = QGuiApplication::primaryScreen();
     if (!shownOn)
         return QWIDGETSIZE_MAX;
-    const int frame =
-        std::max(top->frameGeometry().height() - top->height(), announcedFrameHeight());
-    return shownOn->availableGeometry().height() - chromeAroundRows - frame;
+    return shownOn->availableGeometry().height() - chromeAroundRows - frame.height();
 }
 
-// Qt knows a window's frame only while the window manager has it framed,
-// and a panel shown again is sized before that; the frame the window
-// manager announced for the panel holds from its first showing on.
-int ListWindowWidget::announcedFrameHeight() const {
+// The frame is known once the panel was first shown. Qt knows it only
+// while the window manager has the window framed, and a panel shown again
+// is sized before that; the frame the window manager announced for the
+// panel holds from its first showing on.
+QSize ListWindowWidget::frameAround() const {
+    const QWidget* top = window();
+    const QSize known = top->frameGeometry().size() - top->size();
+    return known.expandedTo(announcedFrame());
+}
+
+QSize ListWindowWidget::announcedFrame() const {
     QWidget* top = window();
-    if (!announcedFrameHeight_ && top->testAttribute(Qt::WA_WState_Created)) {
+    if (!announcedFrame_ && top->testAttribute(Qt::WA_WState_Created)) {
         if (const auto extents = x11::frameExtents(*top))
-            announcedFrameHeight_ = extents->top() + extents->bottom();
+            announcedFrame_ =
+                QSize(extents->left() + extents->right(), extents->top() + extents->bottom());
     }
-    return announcedFrameHeight_.value_or(0);
+    return announcedFrame_.value_or(QSize(0, 0));
 }
 
 }  // namespace platform::qt

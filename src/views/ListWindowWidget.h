@@ -12,6 +12,7 @@
 #include "listwindow/ListWindowView.h"
 #include "platform/Subscription.h"
 #include "support/Signal.h"
+#include "views/OncePerTurn.h"
 
 class QPushButton;
 class QWindow;
@@ -55,12 +56,13 @@ class ListWindowWidget final : public QWidget {
 
   private:
     void markStale();
-    void applySoon();
     void apply(bool redrawAll);
     void replaceTree(QWidget* next);
     void updateMenuAndList(const Content& content, bool redrawAll);
-    int listHeightLimit() const;
-    int announcedFrameHeight() const;
+    void applyLimits();
+    int listHeightLimit(const QSize& frame) const;
+    QSize frameAround() const;
+    QSize announcedFrame() const;
     void sendOpacityAtOnce();
 
     ContentProvider provider_;
@@ -74,9 +76,11 @@ class ListWindowWidget final : public QWidget {
     std::string emptyTextShown_;
     ListWindowRowList* rowList_ = nullptr;
     bool stale_ = false;
-    // The height of the frame the window manager gives the panel, once known.
-    mutable std::optional<int> announcedFrameHeight_;
-    bool applyPosted_ = false;
+    // The size the window manager's frame adds to the panel, once known.
+    mutable std::optional<QSize> announcedFrame_;
+    // However many changes come in one turn, the content is computed and
+    // drawn once, in the next.
+    OncePerTurn applyOnce_;
     std::unordered_set<std::size_t> changedWindows_;
     bool allWindowsChanged_ = false;
     QPointer<QWindow> opacityFollowed_;

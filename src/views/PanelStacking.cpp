@@ -1,7 +1,6 @@
 #include "views/PanelStacking.h"
 
 #include <QCoreApplication>
-#include <QMetaObject>
 #include <QWidget>
 #include <QWindow>
 
@@ -62,7 +61,7 @@ void writeTransientFor(QWidget&, WId) {}
 
 }  // namespace
 
-PanelStacking::PanelStacking() {
+PanelStacking::PanelStacking() : follow_([this] { followActiveWindow(); }) {
     if (!QCoreApplication::instance())
         return;
     QCoreApplication::instance()->installNativeEventFilter(this);
@@ -136,16 +135,8 @@ bool PanelStacking::nativeEventFilter(const QByteArray& eventType, void* message
         return false;
     askForActiveWindow();
     // A shown panel follows once the answer had a turn to come.
-    if (panel_ && panel_->isVisible() && !followPosted_) {
-        followPosted_ = true;
-        QMetaObject::invokeMethod(
-            panel_,
-            [this] {
-                followPosted_ = false;
-                followActiveWindow();
-            },
-            Qt::QueuedConnection);
-    }
+    if (panel_ && panel_->isVisible())
+        follow_.request();
 #else
     (void)eventType;
     (void)message;

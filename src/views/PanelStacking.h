@@ -5,6 +5,8 @@
 #include <memory>
 #include <optional>
 
+#include "views/OncePerTurn.h"
+
 class QWidget;
 class QWindow;
 
@@ -44,7 +46,7 @@ class PanelStacking final : public QAbstractNativeEventFilter {
     // sequence number; the answer, once collected.
     std::optional<unsigned int> pendingRead_;
     std::uint32_t active_ = 0;
-    bool followPosted_ = false;
+    OncePerTurn follow_;
     // The stand-in for the other program's window the panel is transient for.
     std::unique_ptr<QWindow> activeWindow_;
 };

@@ -2,7 +2,6 @@
 
 #include <QCloseEvent>
 #include <QGuiApplication>
-#include <QMetaObject>
 #include <QMoveEvent>
 #include <QResizeEvent>
 #include <QVBoxLayout>
@@ -46,7 +45,11 @@ QtWindow::QtWindow(Kind kind, WindowStyleMask styleMask, ShowPreparation prepare
       hidesOnDeactivate_(kind == Kind::panel),
       prepareForShow_(std::move(prepareForShow)),
       widget_(std::make_unique<Widget>(*this)),
-      layout_(new QVBoxLayout(widget_.get())) {
+      layout_(new QVBoxLayout(widget_.get())),
+      frameExtentsRequest_([this] {
+          if (!widget_->isVisible())
+              x11::requestFrameExtents(*widget_);
+      }) {
     if (kind == Kind::panel) {
         stacking_ = std::make_unique<x11::PanelStacking>();
         exposure_ = std::make_unique<x11::QtWindowExposure>(*widget_);
@@ -101,25 +104,8 @@ void QtWindow::applyWindowFlags() {
         show(false);
     } else {
         frameMargins_.reset();
-        requestFrameExtentsSoon();
+        frameExtentsRequest_.request();
     }
-}
-
-// The request makes the native window; asked once the turn's changes of
-// flags are over, it is made once instead of again for each change (Qt
-// makes it anew when the flags change).
-void QtWindow::requestFrameExtentsSoon() {
-    if (frameExtentsRequestPosted_)
-        return;
-    frameExtentsRequestPosted_ = true;
-    QMetaObject::invokeMethod(
-        widget_.get(),
-        [this] {
-            frameExtentsRequestPosted_ = false;
-            if (!widget_->isVisible())
-                x11::requestFrameExtents(*widget_);
-        },
-        Qt::QueuedConnection);
 }
 
 CGRect QtWindow::frame() const {

@@ -7,6 +7,7 @@
 #include <string>
 
 #include "platform/Window.h"
+#include "views/OncePerTurn.h"
 #include "views/PanelStacking.h"
 #include "views/QtWindowExposure.h"
 
@@ -68,7 +69,6 @@ class QtWindow final : public Window {
     class Widget;
 
     void applyWindowFlags();
-    void requestFrameExtentsSoon();
     QRect expectedFrameGeometry() const;
     void show(bool activating);
     void hideOnDeactivation();
@@ -86,11 +86,14 @@ class QtWindow final : public Window {
     std::optional<CGPoint> placedOrigin_;
     int heightWhenPlaced_ = 0;
     bool awaitingDecoration_ = false;
-    bool frameExtentsRequestPosted_ = false;
     WindowDelegate* delegate_ = nullptr;
     ShowPreparation prepareForShow_;
     std::unique_ptr<Widget> widget_;
     QVBoxLayout* layout_;
+    // The request makes the native window; asked once the turn's changes of
+    // flags are over, it is made once instead of again for each change (Qt
+    // makes it anew when the flags change).
+    OncePerTurn frameExtentsRequest_;
     std::shared_ptr<ContentView> contentView_;
     // For a panel only.
     std::unique_ptr<x11::PanelStacking> stacking_;

@@ -67,7 +67,8 @@ class ListRowsOnDesktopTest : public ::testing::Test {
     void showPanel() {
         desktop.movePointer(640, 400);
         desktop.pressChord();
-        ASSERT_TRUE(eventually([&] { return desktop.panelClient(tarnwick->pid()).has_value(); }));
+        ASSERT_TRUE(eventually([&] { return desktop.panelClient(tarnwick->pid()).has_value(); }))
+            << tarnwick->standardError();
     }
 
     // The titles of the rows a screen reader finds on the shown panel.

@@ -1,7 +1,6 @@
 #include "platform/x11/X11Accessibility.h"
 
 #include <algorithm>
-#include <optional>
 #include <utility>
 
 namespace platform::x11 {
@@ -11,6 +10,13 @@ namespace {
 constexpr std::uint32_t stopOnError = 0x1;
 // How many events one turn of the main loop takes in at most.
 constexpr std::size_t maxEventsPerTurn = 256;
+
+CFValue nameArray(std::vector<std::string> names) {
+    CFValue::Array array;
+    for (auto& name : names)
+        array.emplace_back(std::move(name));
+    return array;
+}
 }  // namespace
 
 std::unique_ptr<X11Accessibility> X11Accessibility::open(MainLoop& loop, const char* displayName) {
@@ -117,10 +123,7 @@ AXErrorCode X11Accessibility::copyAttributeNames(const AXUIElementRef& element,
     const X11ElementKey* key = nullptr;
     if (auto code = liveElement(element, key))
         return code;
-    CFValue::Array list;
-    for (auto& name : attributes_.names(key->kind))
-        list.emplace_back(std::move(name));
-    names = CFValue(std::move(list));
+    names = nameArray(attributes_.names(key->kind));
     return axError::success;
 }
 
@@ -237,10 +240,7 @@ AXErrorCode X11Accessibility::copyActionNames(const AXUIElementRef& element,
     const X11ElementKey* key = nullptr;
     if (auto code = liveElement(element, key))
         return code;
-    CFValue::Array list;
-    for (auto& name : commands_.actionNames(key->kind))
-        list.emplace_back(std::move(name));
-    names = CFValue(std::move(list));
+    names = nameArray(commands_.actionNames(key->kind));
     return axError::success;
 }
 
@@ -307,43 +307,37 @@ AXErrorCode X11Accessibility::copyElementAtPosition(const AXUIElementRef& applic
 // Nothing to grant on X11, and so no prompt to show: what matters is a
 // window manager that publishes the state we read and honours the requests
 // we send. One answers when the root's _NET_SUPPORTING_WM_CHECK names a
-// live window that carries _NET_WM_NAME. Asked of the server at every call,
-// so that a window manager that starts or goes is seen at the next one; the
-// name of the window found last time is asked for in the same round trip.
+// live window that carries _NET_WM_NAME. The server is asked until it
+// answers; from then on the window mirror, which follows the check window
+// by its events, tells whether that window manager is still there, so that
+// the list's every refresh doesn't wait for the server.
 bool X11Accessibility::isProcessTrustedWithOptions(const CFValue::Dictionary&) {
     if (!isConnected())
         return false;
+    if (answeringCheck_ != XCB_NONE && mirror_.windowManagerCheck() == answeringCheck_)
+        return true;
+    answeringCheck_ = askForAnsweringWindowManager();
+    return answeringCheck_ != XCB_NONE;
+}
+
+xcb_window_t X11Accessibility::askForAnsweringWindowManager() {
     auto& ewmh = connection_->ewmh();
-    const auto checkRequest = xcb_ewmh_get_supporting_wm_check(&ewmh, connection_->root());
-    const xcb_window_t expected = lastCheckWindow_;
-    std::optional<xcb_get_property_cookie_t> nameRequest;
-    if (expected != XCB_NONE)
-        nameRequest = xcb_ewmh_get_wm_name(&ewmh, expected);
     xcb_window_t check = XCB_NONE;
-    if (!xcb_ewmh_get_supporting_wm_check_reply(&ewmh, checkRequest, &check, nullptr))
-        check = XCB_NONE;
-    lastCheckWindow_ = check;
-    bool answers = false;
-    if (check != XCB_NONE && check == expected) {
-        answers = checkWindowNamed(*nameRequest);
-    } else {
-        if (nameRequest)
-            xcb_discard_reply(connection_->connection(), nameRequest->sequence);
-        if (check != XCB_NONE)
-            answers = checkWindowNamed(xcb_ewmh_get_wm_name(&ewmh, check));
+    bool answers =
+        xcb_ewmh_get_supporting_wm_check_reply(
+            &ewmh, xcb_ewmh_get_supporting_wm_check(&ewmh, connection_->root()), &check, nullptr) &&
+        check != XCB_NONE;
+    if (answers) {
+        xcb_ewmh_get_utf8_strings_reply_t name{};
+        answers =
+            xcb_ewmh_get_wm_name_reply(&ewmh, xcb_ewmh_get_wm_name(&ewmh, check), &name, nullptr);
+        if (answers)
+            xcb_ewmh_get_utf8_strings_reply_wipe(&name);
     }
     // Waiting for the replies may have read events off the socket, which
     // then won't turn readable for them.
     loop_.post(lifetime_.guard([this] { processEvents(); }));
-    return answers;
-}
-
-bool X11Accessibility::checkWindowNamed(xcb_get_property_cookie_t name) {
-    xcb_ewmh_get_utf8_strings_reply_t reply{};
-    if (!xcb_ewmh_get_wm_name_reply(&connection_->ewmh(), name, &reply, nullptr))
-        return false;
-    xcb_ewmh_get_utf8_strings_reply_wipe(&reply);
-    return true;
+    return answers ? check : XCB_NONE;
 }
 
 AXErrorCode X11Accessibility::observerCreate(pid_t pid, AXObserverCallback callback,

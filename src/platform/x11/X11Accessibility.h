@@ -111,8 +111,9 @@ class X11Accessibility final : public Accessibility {
     Reply<xcb_generic_event_t> queuedEventOrSettle();
     Reply<xcb_generic_event_t> settleMirror();
     void handle(const xcb_generic_event_t& event);
-    // Whether the check window carries a name, from a request already sent.
-    bool checkWindowNamed(xcb_get_property_cookie_t name);
+    // The check window of a window manager that answers, asked of the
+    // server; none when none answers.
+    xcb_window_t askForAnsweringWindowManager();
 
     MainLoop& loop_;
     std::unique_ptr<X11Connection> connection_;
@@ -122,9 +123,8 @@ class X11Accessibility final : public Accessibility {
     X11WindowMirror mirror_;
     X11ElementCommands commands_;
     Token watch_;
-    // The check window the last trust test found, asked about together
-    // with the root so that a window manager that stays costs one round trip.
-    xcb_window_t lastCheckWindow_ = XCB_NONE;
+    // The check window of the window manager that last answered.
+    xcb_window_t answeringCheck_ = XCB_NONE;
     // Tasks posted to the loop may run after the backend is gone.
     LifetimeGuard lifetime_;
 };

@@ -82,6 +82,7 @@ class X11Desktop {
 
     X11Workspace& workspace() { return *workspace_; }
     X11Accessibility& accessibility() { return *accessibility_; }
+    const X11ActiveWindowTracker& activeWindowTracker() const { return *activeWindow_; }
     xdg::XdgProcessLauncher& processLauncher() { return launcher_; }
     xdg::XdgFileManager& fileManager() { return fileManager_; }
     xdg::XdgFileViewer& fileViewer() { return fileViewer_; }

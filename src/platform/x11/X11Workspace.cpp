@@ -191,7 +191,14 @@ void X11Workspace::updateFrontmost() {
     // application then follows the order of the events on this connection,
     // where the key presses that read it come too.
     RunningApplicationRef frontmost = pid > 0 ? applicationOf(pid, window) : nullptr;
-    if (frontmost != frontmostApplication())
+    // Focus passing through no window, as when a window closes or a window
+    // manager puts one to full screen, brings no application to the front:
+    // the one in front stays there until another's window becomes active,
+    // or until it ends.
+    const auto current = frontmostApplication();
+    if (!frontmost && current && !current->isTerminated())
+        return;
+    if (frontmost != current)
         setFrontmost(std::move(frontmost));
 }
 

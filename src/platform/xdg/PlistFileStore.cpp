@@ -69,7 +69,7 @@ fs::path unusedDamagedPath(const fs::path& path) {
 }  // namespace
 
 PlistFileStore::PlistFileStore(fs::path path, MainLoop& loop)
-    : path_(std::move(path)), loop_(loop) {
+    : MemoryPreferencesStore(loop), path_(std::move(path)) {
     loadAtStart();
     startWatching();
 }
@@ -286,49 +286,9 @@ void PlistFileStore::reloadAfterOutsideChange() {
     }
     // Already on the main loop: the watch runs there.
     if (changed)
-        changed_.emit();
+        announceChange();
 }
 
-std::optional<PropertyList> PlistFileStore::objectForKey(const std::string& key) const {
-    std::lock_guard lock(mutex_);
-    auto found = values_.find(key);
-    if (found == values_.end())
-        return std::nullopt;
-    return found->second;
-}
-
-void PlistFileStore::setObject(const std::string& key, const PropertyList& value) {
-    {
-        std::lock_guard lock(mutex_);
-        values_.insert_or_assign(key, value);
-        save();
-    }
-    announceChangeLater();
-}
-
-void PlistFileStore::removeObject(const std::string& key) {
-    {
-        std::lock_guard lock(mutex_);
-        values_.erase(key);
-        save();
-    }
-    announceChangeLater();
-}
-
-PropertyList::Dictionary PlistFileStore::dictionaryRepresentation() const {
-    std::lock_guard lock(mutex_);
-    return values_;
-}
-
-Subscription PlistFileStore::observeChanges(std::function<void()> handler) {
-    return changed_.connect(std::move(handler));
-}
-
-void PlistFileStore::announceChangeLater() {
-    loop_.post(lifetime_.guard([this] { changed_.emit(); }));
-}
-
-// Called with the mutex held; a reader sees the old file or the new one.
 void PlistFileStore::save() {
     if (!saving_)
         return;

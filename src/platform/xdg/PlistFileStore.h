@@ -5,16 +5,12 @@
 
 #include <ctime>
 #include <filesystem>
-#include <memory>
-#include <mutex>
 #include <optional>
 #include <string>
 #include <string_view>
 
-#include "platform/LifetimeGuard.h"
 #include "platform/MainLoop.h"
-#include "platform/PreferencesStore.h"
-#include "support/Signal.h"
+#include "platform/MemoryPreferencesStore.h"
 
 namespace platform::xdg {
 
@@ -28,7 +24,7 @@ namespace platform::xdg {
 // with one printed line, never overwritten; one we may not read is left
 // alone, with a line. Writes go through a symbolic link to its target. Thread-safe, as
 // far as the loop's post() is: our own changes are announced through it.
-class PlistFileStore final : public PreferencesStore {
+class PlistFileStore final : public MemoryPreferencesStore {
   public:
     PlistFileStore(std::filesystem::path path, MainLoop& loop);
     ~PlistFileStore() override;
@@ -44,12 +40,6 @@ class PlistFileStore final : public PreferencesStore {
     static std::optional<PropertyList::Dictionary> parse(std::string_view bytes);
 
     const std::filesystem::path& path() const { return path_; }
-
-    std::optional<PropertyList> objectForKey(const std::string& key) const override;
-    void setObject(const std::string& key, const PropertyList& value) override;
-    void removeObject(const std::string& key) override;
-    PropertyList::Dictionary dictionaryRepresentation() const override;
-    Subscription observeChanges(std::function<void()> handler) override;
 
   private:
     // Which file the folder entry is: a changed identity means someone else
@@ -74,21 +64,17 @@ class PlistFileStore final : public PreferencesStore {
     // so as not to replace it.
     void leaveUnreadableFile(const std::string& reason);
     void save();
-    void announceChangeLater();
+    // Every change of ours rewrites the file.
+    void written() override { save(); }
     static std::optional<FileIdentity> identityOf(const std::filesystem::path& path);
 
     const std::filesystem::path path_;
-    MainLoop& loop_;
-    mutable std::mutex mutex_;
-    PropertyList::Dictionary values_;
     std::optional<FileIdentity> lastKnownFile_;
     // Off when a damaged file couldn't be moved aside: it must not be
     // overwritten, so changes then stay in memory.
     bool saving_ = true;
     int inotifyDescriptor_ = -1;
     Token watch_;
-    quillbox::Signal<> changed_;
-    LifetimeGuard lifetime_;
 };
 
 }  // namespace platform::xdg

@@ -76,24 +76,23 @@ std::shared_ptr<Observer> Application::createObserver(Observer::CallbackWithInfo
     return makeObserver(std::move(callback));
 }
 
+// Read in place: the list holds a handle for every window, and each copy of
+// it would cost every refresh a step per window.
 std::optional<std::vector<std::shared_ptr<Application::Window>>> Application::windows() const {
     auto raw = rawAttribute(Attribute::windows);
     if (!raw)
         return std::nullopt;
-    auto list = attributeCast<platform::CFValue::Array>(unpackAXValue(*raw));
+    const auto* list = raw->get<platform::CFValue::Array>();
     if (!list)
         throw AXError::illegalArgument;
-    std::vector<platform::AXUIElementRef> handles;
+    std::vector<std::shared_ptr<Window>> result;
+    result.reserve(list->size());
     for (const auto& member : *list) {
         const auto* handle = member.get<platform::AXUIElementRef>();
         if (!handle)
             throw AXError::illegalArgument;
-        handles.push_back(*handle);
+        result.push_back(std::make_shared<Window>(*handle));
     }
-    std::vector<std::shared_ptr<Window>> result;
-    result.reserve(handles.size());
-    for (auto& handle : handles)
-        result.push_back(std::make_shared<Window>(std::move(handle)));
     return result;
 }
 

@@ -9,6 +9,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <type_traits>
 #include <vector>
 
 #include "accessibility/AXError.h"
@@ -162,6 +163,10 @@ class UIElement {
 
   protected:
     virtual AttributeValue unpackAXValue(const platform::CFValue& object) const;
+    // The value of a read as the type asked for; nothing when it is of
+    // another type.
+    template <typename T>
+    std::optional<T> castRead(const platform::CFValue& raw) const;
 
   private:
     virtual platform::CFValue::Array fetchMultiAttrValues(
@@ -193,10 +198,21 @@ std::optional<T> UIElement::attribute(const Attribute& attribute) const {
     auto raw = rawAttribute(attribute);
     if (!raw)
         return std::nullopt;
-    auto value = attributeCast<T>(unpackAXValue(*raw));
+    auto value = castRead<T>(*raw);
     if (!value)
         throw AXError::illegalArgument;
     return value;
+}
+
+// Texts, numbers and Booleans convert from the platform object as it is:
+// unpacking it first would only copy it once more, and what unpacks to
+// something else (an element, a boxed value) converts to none of them.
+template <typename T>
+std::optional<T> UIElement::castRead(const platform::CFValue& raw) const {
+    if constexpr (std::is_same_v<T, std::string> || std::is_arithmetic_v<T>)
+        return detail::castObject<T>(raw);
+    else
+        return attributeCast<T>(unpackAXValue(raw));
 }
 
 template <typename T>

@@ -21,7 +21,7 @@ std::optional<T> Window::quietAttribute(const char* attribute) const noexcept {
         auto raw = rawAttribute(Attribute(attribute));
         if (!raw)
             return std::nullopt;
-        return attributeCast<T>(unpackAXValue(*raw));
+        return castRead<T>(*raw);
     } catch (const AXError&) {
         return std::nullopt;
     }

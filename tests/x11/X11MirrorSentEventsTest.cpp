@@ -1,9 +1,12 @@
 // What other clients can do to the mirror: send it events that claim
-// anything, and publish the window manager's root lists late.
+// anything, publish the window manager's root lists late, and change them
+// in any way at all.
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "platform/sim/SimMainLoop.h"
 #include "platform/x11/X11Accessibility.h"
@@ -11,6 +14,25 @@
 
 namespace x11test {
 namespace {
+
+using Windows = std::vector<xcb_window_t>;
+
+// What the mirror told of the windows' coming and going and of the main
+// windows, in order.
+struct RecordedChanges final : platform::x11::X11WindowMirrorListener {
+    void windowJoined(xcb_window_t window, pid_t) override { joined.push_back(window); }
+    void windowLeft(xcb_window_t window, pid_t) override { left.push_back(window); }
+    void windowMoved(xcb_window_t, pid_t) override {}
+    void windowRetitled(xcb_window_t, pid_t) override {}
+    void windowMiniaturized(xcb_window_t, pid_t) override {}
+    void mainWindowChanged(pid_t pid, xcb_window_t window) override {
+        mains.emplace_back(pid, window);
+    }
+
+    Windows joined;
+    Windows left;
+    std::vector<std::pair<pid_t, xcb_window_t>> mains;
+};
 
 class X11MirrorSentEventsTest : public ::testing::Test {
   protected:
@@ -51,6 +73,11 @@ class X11MirrorSentEventsTest : public ::testing::Test {
                        reinterpret_cast<const char*>(&event));
         client.sync();
     }
+    // Publishes the list, and waits until the mirror has taken it in.
+    void publishClientList(const Windows& windows, xcb_window_t marker) {
+        setWindows(client.root(), "_NET_CLIENT_LIST", windows);
+        ASSERT_TRUE(handledUpTo(marker, "after list " + std::to_string(++lists)));
+    }
     bool listed(xcb_window_t window) {
         const auto list = ax->windowMirror().clientList();
         return std::find(list.begin(), list.end(), window) != list.end();
@@ -66,6 +93,7 @@ class X11MirrorSentEventsTest : public ::testing::Test {
     }
 
     InputTestDisplay display;
+    int lists = 0;
     platform::sim::SimMainLoop loop;
     std::unique_ptr<platform::x11::X11Accessibility> ax;
     FakeInput client{display.name()};
@@ -111,6 +139,74 @@ TEST_F(X11MirrorSentEventsTest, ListsPublishedAfterTheStartAreFollowedAndSentEve
     xcb_destroy_window(client.connection(), window);
     client.sync();
     EXPECT_TRUE(loop.runUntil([&] { return !listed(window); }));
+}
+
+TEST_F(X11MirrorSentEventsTest, AnyChangeOfTheClientListAnnouncesExactlyTheWindowsThatCameOrWent) {
+    RecordedChanges changes;
+    const auto token = ax->addWindowListener(changes);
+    Windows made;
+    for (int i = 0; i < 6; ++i)
+        made.push_back(createWindow(static_cast<std::int16_t>(10 * i), 0, 50, 40));
+    const xcb_window_t a = made[0], b = made[1], c = made[2], d = made[3], e = made[4], f = made[5];
+
+    publishClientList({a, b, c, d, e}, a);
+    EXPECT_EQ(changes.joined, (Windows{a, b, c, d, e}));
+    EXPECT_EQ(ax->windowMirror().clientList(), (Windows{a, b, c, d, e}));
+
+    // Reordered and shrunk by two in one change: only those two went.
+    publishClientList({e, c, a}, a);
+    EXPECT_EQ(changes.left, (Windows{b, d}));
+    EXPECT_EQ(ax->windowMirror().clientList(), (Windows{e, c, a}));
+
+    // One added at the end, with a listed window named twice.
+    publishClientList({e, c, a, f, c}, a);
+    EXPECT_EQ(changes.joined, (Windows{a, b, c, d, e, f}));
+    EXPECT_EQ(ax->windowMirror().clientList(), (Windows{e, c, a, f}));
+
+    // Two taken out of the middle and the front, the order of the rest kept.
+    publishClientList({c, f}, c);
+    EXPECT_EQ(changes.left, (Windows{b, d, e, a}));
+    EXPECT_EQ(ax->windowMirror().clientList(), (Windows{c, f}));
+
+    // Reordered alone, and then a window that went comes back among them.
+    publishClientList({f, c}, c);
+    publishClientList({f, b, c}, c);
+    EXPECT_EQ(changes.left, (Windows{b, d, e, a}));
+    EXPECT_EQ(changes.joined, (Windows{a, b, c, d, e, f, b}));
+    EXPECT_EQ(ax->windowMirror().clientList(), (Windows{f, b, c}));
+
+    setWindows(client.root(), "_NET_CLIENT_LIST", {});
+    ASSERT_TRUE(loop.runUntil([&] { return ax->windowMirror().clientList().empty(); }));
+    EXPECT_EQ(changes.left, (Windows{b, d, e, a, f, b, c}));
+    ax->removeWindowListener(token);
+}
+
+TEST_F(X11MirrorSentEventsTest, TheMainWindowFollowsActivationAndFallsBackWhenItLeaves) {
+    RecordedChanges changes;
+    const auto token = ax->addWindowListener(changes);
+    const xcb_window_t a = createWindow(0, 0, 50, 40);
+    const xcb_window_t b = createWindow(60, 0, 50, 40);
+    const xcb_window_t c = createWindow(120, 0, 50, 40);
+    publishClientList({a, b, c}, a);
+    const pid_t pid = ax->windowMirror().window(a)->pid;
+    if (pid <= 0)
+        GTEST_SKIP() << "the server doesn't tell which process made a window";
+    EXPECT_EQ(ax->windowMirror().mainWindowOf(pid), a) << "none active: the first listed";
+
+    for (const auto active : {b, c, a}) {
+        setWindows(client.root(), "_NET_ACTIVE_WINDOW", {active});
+        ASSERT_TRUE(handledUpTo(a, "active " + std::to_string(active)));
+        EXPECT_EQ(ax->windowMirror().mainWindowOf(pid), active);
+    }
+    // Going, the main window hands over to the one active before it; any
+    // other window going changes nothing.
+    publishClientList({b, c}, b);
+    EXPECT_EQ(ax->windowMirror().mainWindowOf(pid), c);
+    publishClientList({c}, c);
+    EXPECT_EQ(ax->windowMirror().mainWindowOf(pid), c);
+    using Main = std::pair<pid_t, xcb_window_t>;
+    EXPECT_EQ(changes.mains, (std::vector<Main>{{pid, a}, {pid, b}, {pid, c}, {pid, a}, {pid, c}}));
+    ax->removeWindowListener(token);
 }
 
 }  // namespace

@@ -1,6 +1,7 @@
 #include "platform/x11/X11Accessibility.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace platform::x11 {
 
@@ -53,11 +54,14 @@ void X11Accessibility::processEvents() {
     while (handled < maxEventsPerTurn) {
         Reply<xcb_generic_event_t> event(xcb_poll_for_event(connection_->connection()));
         if (!event)
+            event = settleMirror();
+        if (!event)
             break;
         handle(*event);
         ++handled;
     }
     if (handled == maxEventsPerTurn) {
+        mirror_.settle();
         // A flood of events takes turns with the rest of the loop's work.
         loop_.post(lifetime_.guard([this] { processEvents(); }));
     }
@@ -69,8 +73,21 @@ void X11Accessibility::processEvents() {
 }
 
 void X11Accessibility::takeQueuedEvents() {
-    while (Reply<xcb_generic_event_t> event{xcb_poll_for_queued_event(connection_->connection())})
+    while (Reply<xcb_generic_event_t> event{queuedEventOrSettle()})
         handle(*event);
+}
+
+Reply<xcb_generic_event_t> X11Accessibility::queuedEventOrSettle() {
+    Reply<xcb_generic_event_t> event(xcb_poll_for_queued_event(connection_->connection()));
+    return event ? std::move(event) : settleMirror();
+}
+
+// The mirror asks the server what the events said changed; waiting for
+// those replies may read further events off the socket, which then won't
+// turn readable for them: the first of them is handed back.
+Reply<xcb_generic_event_t> X11Accessibility::settleMirror() {
+    mirror_.settle();
+    return Reply<xcb_generic_event_t>(xcb_poll_for_queued_event(connection_->connection()));
 }
 
 // Errors come here too, unread: they answer requests about windows that

@@ -108,6 +108,8 @@ class X11Accessibility final : public Accessibility {
     AXErrorCode readArray(const AXUIElementRef& element, const std::string& attribute,
                           const CFValue::Array*& array, std::optional<CFValue>& holder);
     void takeQueuedEvents();
+    Reply<xcb_generic_event_t> queuedEventOrSettle();
+    Reply<xcb_generic_event_t> settleMirror();
     void handle(const xcb_generic_event_t& event);
     // The check window of a window manager that answers, asked of the
     // server; none when none answers.

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <memory>
 #include <unordered_set>
+#include <utility>
 
 #include "platform/x11/X11WindowFetch.h"
 
@@ -15,6 +16,9 @@ namespace {
 constexpr std::uint32_t clientEvents =
     XCB_EVENT_MASK_PROPERTY_CHANGE | XCB_EVENT_MASK_STRUCTURE_NOTIFY;
 constexpr std::uint32_t maxListLength = 1 << 16;
+// How many windows held since the stacking list was last read are looked
+// up in it one by one; with more, the whole list is read into the windows.
+constexpr std::size_t maxUnstacked = 8;
 
 bool sameFramePlace(const X11WindowState& a, const X11WindowState& b) {
     return a.frameLeft() == b.frameLeft() && a.frameTop() == b.frameTop();
@@ -27,6 +31,37 @@ bool moreRecent(const X11WindowState& candidate, const X11WindowState& current) 
         return candidate.activationSerial > current.activationSerial;
     }
     return candidate.stackingIndex > current.stackingIndex;
+}
+
+// How a client list changed, when it changed the way a window manager's
+// list does as windows come and go: some windows taken out, some added at
+// the end, the order of the others kept.
+struct TailChange {
+    std::vector<xcb_window_t> removed;
+    std::vector<xcb_window_t> added;
+};
+
+// Nothing when the windows that stayed changed order. `before` holds each
+// window once.
+std::optional<TailChange> tailChange(const std::vector<xcb_window_t>& before,
+                                     const std::vector<xcb_window_t>& after) {
+    TailChange change;
+    std::size_t kept = 0;
+    for (auto window : before) {
+        if (kept < after.size() && after[kept] == window)
+            ++kept;
+        else
+            change.removed.push_back(window);
+    }
+    change.added.assign(after.begin() + static_cast<std::ptrdiff_t>(kept), after.end());
+    if (change.removed.empty() || change.added.empty())
+        return change;
+    // A window that seems both taken out and added moved.
+    const std::unordered_set<xcb_window_t> removed(change.removed.begin(), change.removed.end());
+    if (std::any_of(change.added.begin(), change.added.end(),
+                    [&](xcb_window_t window) { return removed.count(window) != 0; }))
+        return std::nullopt;
+    return change;
 }
 
 bool resourceExtensionAnswersPids(xcb_connection_t* connection) {
@@ -64,6 +99,8 @@ void X11WindowMirror::load() {
         windows_.at(window).activationSerial = ++lastActivation_;
     syncActiveWindow();
     updateMainWindows(false);
+    mainCandidates_.clear();
+    mainsToRecount_.clear();
 }
 
 // Any client may send any event to any window, so a sent event never
@@ -183,7 +220,6 @@ void X11WindowMirror::handlePropertyChange(const xcb_property_notify_event_t& ev
     const X11WindowState before = state;
     if (!readX11WindowProperty(connection_, event.window, *property, state)) {
         forget(event.window, true);
-        updateMainWindows(true);
         return;
     }
     switch (*property) {
@@ -192,7 +228,8 @@ void X11WindowMirror::handlePropertyChange(const xcb_property_notify_event_t& ev
             if (state.pid != before.pid) {
                 listener_.windowLeft(event.window, before.pid);
                 listener_.windowJoined(event.window, state.pid);
-                updateMainWindows(true);
+                mayLoseMain(event.window, before.pid);
+                mayBecomeMain(event.window);
             }
             break;
         case X11WindowProperty::netName:
@@ -204,8 +241,10 @@ void X11WindowMirror::handlePropertyChange(const xcb_property_notify_event_t& ev
             if (state.hidden && !before.hidden) {
                 listener_.windowMiniaturized(event.window, state.pid);
             }
-            if (state.hidden != before.hidden)
-                updateMainWindows(true);
+            if (state.hidden && !before.hidden)
+                mayLoseMain(event.window, state.pid);
+            else if (!state.hidden && before.hidden)
+                mayBecomeMain(event.window);
             break;
         case X11WindowProperty::frameExtents:
             if (!sameFramePlace(state, before)) {
@@ -220,19 +259,28 @@ void X11WindowMirror::handlePropertyChange(const xcb_property_notify_event_t& ev
 
 void X11WindowMirror::handleRootProperty(xcb_atom_t atom) {
     auto& ewmh = connection_.ewmh();
-    if (atom == ewmh._NET_CLIENT_LIST) {
-        syncClientList(true);
-    } else if (atom == ewmh._NET_CLIENT_LIST_STACKING) {
-        syncStacking();
-    } else if (atom == ewmh._NET_ACTIVE_WINDOW) {
-        syncActiveWindow();
-    } else if (atom == ewmh._NET_SUPPORTING_WM_CHECK) {
+    if (atom == ewmh._NET_CLIENT_LIST)
+        pending_.clientList = true;
+    else if (atom == ewmh._NET_CLIENT_LIST_STACKING)
+        pending_.stacking = true;
+    else if (atom == ewmh._NET_ACTIVE_WINDOW)
+        pending_.activeWindow = true;
+    else if (atom == ewmh._NET_SUPPORTING_WM_CHECK)
         syncWindowManagerCheck();
-        return;
-    } else {
-        return;
-    }
-    updateMainWindows(true);
+}
+
+// The client list goes first: a window the window manager made active or
+// stacked as it listed it is held by the time the other two are read.
+void X11WindowMirror::settle() {
+    const Pending pending = std::exchange(pending_, {});
+    if (pending.clientList)
+        syncClientList(true);
+    if (pending.stacking)
+        syncStacking();
+    if (pending.activeWindow)
+        syncActiveWindow();
+    if (!mainCandidates_.empty() || !mainsToRecount_.empty())
+        settleMainWindows();
 }
 
 void X11WindowMirror::handleConfigure(const xcb_configure_notify_event_t& event, bool sent) {
@@ -256,7 +304,6 @@ void X11WindowMirror::handleConfigure(const xcb_configure_notify_event_t& event,
                         readX11WindowOrigin(connection_, event.window, state);
     if (!placed) {
         forget(event.window, true);
-        updateMainWindows(true);
         return;
     }
     if (!sameFramePlace(state, before))
@@ -271,7 +318,6 @@ void X11WindowMirror::handleDestroy(xcb_window_t window) {
     if (!windows_.count(window))
         return;
     forget(window, true);
-    updateMainWindows(true);
 }
 
 std::optional<std::vector<xcb_window_t>> X11WindowMirror::readRootWindows(xcb_atom_t atom) {
@@ -285,42 +331,31 @@ std::optional<std::vector<xcb_window_t>> X11WindowMirror::readRootWindows(xcb_at
     return std::vector<xcb_window_t>(data, data + xcb_get_property_value_length(reply.get()) / 4);
 }
 
+// A window manager rewrites the whole list for each window that comes or
+// goes, so the common change, windows taken out and added at the end, is
+// found by one walk and costs what changed; any other change is matched
+// window by window.
 void X11WindowMirror::syncClientList(bool announce) {
     const auto listed =
         readRootWindows(connection_.ewmh()._NET_CLIENT_LIST).value_or(std::vector<xcb_window_t>{});
-    const std::unordered_set<xcb_window_t> listedSet(listed.begin(), listed.end());
-    for (auto window : std::vector<xcb_window_t>(clientList_)) {
-        if (!listedSet.count(window))
-            forget(window, announce);
-    }
-
-    auto* c = connection_.connection();
-    std::vector<X11WindowFetch> fetches;
-    std::unordered_set<xcb_window_t> requested;
-    for (auto window : listed) {
-        if (windows_.count(window) || !requested.insert(window).second)
-            continue;
-        // Asking for its events first means no change after the read is missed.
-        xcb_change_window_attributes(c, window, XCB_CW_EVENT_MASK, &clientEvents);
-        fetches.emplace_back(connection_, window, askOwners_);
-    }
+    const auto change = tailChange(clientList_, listed);
     std::vector<xcb_window_t> joined;
-    for (auto& fetch : fetches) {
-        if (auto state = fetch.receive()) {
-            settlePid(fetch.window(), *state);
-            // The window manager may have named it active before listing it.
-            if (fetch.window() == active_)
-                state->activationSerial = ++lastActivation_;
-            windows_.emplace(fetch.window(), std::move(*state));
-            joined.push_back(fetch.window());
-        }
-    }
-
-    clientList_.clear();
-    for (auto window : listed) {
-        if (windows_.count(window) &&
-            std::find(clientList_.begin(), clientList_.end(), window) == clientList_.end()) {
-            clientList_.push_back(window);
+    if (change) {
+        forgetAll(change->removed, announce);
+        joined = fetch(newlyListed(change->added));
+        clientList_.insert(clientList_.end(), joined.begin(), joined.end());
+    } else {
+        const std::unordered_set<xcb_window_t> listedSet(listed.begin(), listed.end());
+        std::vector<xcb_window_t> gone;
+        std::copy_if(clientList_.begin(), clientList_.end(), std::back_inserter(gone),
+                     [&](xcb_window_t window) { return !listedSet.count(window); });
+        forgetAll(gone, announce);
+        joined = fetch(newlyListed(listed));
+        clientList_.clear();
+        std::unordered_set<xcb_window_t> placed;
+        for (auto window : listed) {
+            if (windows_.count(window) && placed.insert(window).second)
+                clientList_.push_back(window);
         }
     }
     if (!announce)
@@ -329,16 +364,82 @@ void X11WindowMirror::syncClientList(bool announce) {
         listener_.windowJoined(window, windows_.at(window).pid);
 }
 
+std::vector<xcb_window_t> X11WindowMirror::newlyListed(
+    const std::vector<xcb_window_t>& listed) const {
+    std::vector<xcb_window_t> windows;
+    std::unordered_set<xcb_window_t> seen;
+    for (auto window : listed) {
+        if (!windows_.count(window) && seen.insert(window).second)
+            windows.push_back(window);
+    }
+    return windows;
+}
+
+std::vector<xcb_window_t> X11WindowMirror::fetch(const std::vector<xcb_window_t>& windows) {
+    auto* c = connection_.connection();
+    std::vector<X11WindowFetch> fetches;
+    fetches.reserve(windows.size());
+    for (auto window : windows) {
+        // Asking for its events first means no change after the read is missed.
+        xcb_change_window_attributes(c, window, XCB_CW_EVENT_MASK, &clientEvents);
+        fetches.emplace_back(connection_, window, askOwners_);
+    }
+    std::vector<xcb_window_t> held;
+    for (auto& fetch : fetches) {
+        if (auto state = fetch.receive()) {
+            settlePid(fetch.window(), *state);
+            // The window manager may have named it active before listing it.
+            if (fetch.window() == active_)
+                state->activationSerial = ++lastActivation_;
+            windows_.emplace(fetch.window(), std::move(*state));
+            held.push_back(fetch.window());
+            mayBecomeMain(fetch.window());
+        }
+    }
+    if (unstacked_.size() + held.size() > maxUnstacked) {
+        restackAll_ = true;
+        unstacked_.clear();
+    } else {
+        unstacked_.insert(unstacked_.end(), held.begin(), held.end());
+    }
+    return held;
+}
+
+// A window's index is its place in the list, counted from one. Only the
+// part of the list from its first change is read into the windows, and the
+// windows held since the last read are looked up in the rest.
 void X11WindowMirror::syncStacking() {
-    const auto stacking = readRootWindows(connection_.ewmh()._NET_CLIENT_LIST_STACKING);
+    auto stacking = readRootWindows(connection_.ewmh()._NET_CLIENT_LIST_STACKING);
     if (!stacking)
         return;
-    std::uint32_t index = 0;
-    for (auto window : *stacking) {
-        ++index;
+    const auto place = [this](xcb_window_t window, std::size_t position) {
         auto it = windows_.find(window);
         if (it != windows_.end())
-            it->second.stackingIndex = index;
+            it->second.stackingIndex = static_cast<std::uint32_t>(position + 1);
+    };
+    std::size_t from = 0;
+    if (!restackAll_) {
+        const auto common = std::min(stacking_.size(), stacking->size());
+        from = static_cast<std::size_t>(
+            std::mismatch(stacking_.begin(), stacking_.begin() + common, stacking->begin()).first -
+            stacking_.begin());
+        const auto unchanged = stacking->begin() + static_cast<std::ptrdiff_t>(from);
+        for (auto window : unstacked_) {
+            const auto it = std::find(stacking->begin(), unchanged, window);
+            if (it != unchanged)
+                place(window, static_cast<std::size_t>(it - stacking->begin()));
+        }
+    }
+    for (std::size_t position = from; position < stacking->size(); ++position)
+        place((*stacking)[position], position);
+    unstacked_.clear();
+    restackAll_ = false;
+    stacking_ = std::move(*stacking);
+    // The stacking order decides only between windows never active.
+    for (const auto& [pid, main] : mainWindows_) {
+        const auto it = windows_.find(main);
+        if (it == windows_.end() || it->second.activationSerial == 0)
+            mainsToRecount_.insert(pid);
     }
 }
 
@@ -349,8 +450,10 @@ void X11WindowMirror::syncActiveWindow() {
         return;
     active_ = window;
     auto it = windows_.find(window);
-    if (it != windows_.end())
+    if (it != windows_.end()) {
         it->second.activationSerial = ++lastActivation_;
+        mayBecomeMain(window);
+    }
 }
 
 void X11WindowMirror::syncWindowManagerCheck() {
@@ -376,19 +479,95 @@ void X11WindowMirror::syncWindowManagerCheck() {
 }
 
 void X11WindowMirror::forget(xcb_window_t window, bool announce) {
-    auto it = windows_.find(window);
-    if (it == windows_.end())
+    forgetAll({window}, announce);
+}
+
+void X11WindowMirror::forgetAll(const std::vector<xcb_window_t>& windows, bool announce) {
+    std::vector<std::pair<xcb_window_t, pid_t>> left;
+    for (auto window : windows) {
+        auto it = windows_.find(window);
+        if (it == windows_.end())
+            continue;
+        left.emplace_back(window, it->second.pid);
+        mayLoseMain(window, it->second.pid);
+        windows_.erase(it);
+        unsubscribe(window);
+    }
+    if (left.size() == 1) {
+        clientList_.erase(std::remove(clientList_.begin(), clientList_.end(), left.front().first),
+                          clientList_.end());
+    } else if (!left.empty()) {
+        std::erase_if(clientList_, [this](xcb_window_t window) { return !windows_.count(window); });
+    }
+    if (!announce)
         return;
-    const pid_t pid = it->second.pid;
-    windows_.erase(it);
-    clientList_.erase(std::remove(clientList_.begin(), clientList_.end(), window),
-                      clientList_.end());
-    // A window that left the list may live on, withdrawn; its events are no
-    // longer wanted. If it is gone the server's error is dropped unread.
+    for (const auto& [window, pid] : left)
+        listener_.windowLeft(window, pid);
+}
+
+// A window that left the list may live on, withdrawn; its events are no
+// longer wanted. If it is gone the server's error is dropped unread.
+void X11WindowMirror::unsubscribe(xcb_window_t window) {
     const std::uint32_t none = 0;
     xcb_change_window_attributes(connection_.connection(), window, XCB_CW_EVENT_MASK, &none);
-    if (announce)
-        listener_.windowLeft(window, pid);
+}
+
+void X11WindowMirror::mayBecomeMain(xcb_window_t window) {
+    mainCandidates_.push_back(window);
+}
+
+void X11WindowMirror::mayLoseMain(xcb_window_t window, pid_t pid) {
+    const auto it = mainWindows_.find(pid);
+    if (it != mainWindows_.end() && it->second == window)
+        mainsToRecount_.insert(pid);
+}
+
+std::optional<xcb_window_t> X11WindowMirror::mainWindowAmong(pid_t pid) const {
+    std::optional<xcb_window_t> main;
+    for (auto window : clientList_) {
+        const auto& state = windows_.at(window);
+        if (state.pid == pid && !state.hidden && (!main || moreRecent(state, windows_.at(*main))))
+            main = window;
+    }
+    return main;
+}
+
+// A process whose main window went, or whose main window the stacking
+// order alone made so, is counted again over its windows; otherwise a
+// window that joined, came back or was activated need only beat the main
+// window there is.
+void X11WindowMirror::settleMainWindows() {
+    const auto recount = std::exchange(mainsToRecount_, {});
+    const auto candidates = std::exchange(mainCandidates_, {});
+    std::unordered_map<pid_t, std::optional<xcb_window_t>> before;
+    for (auto pid : recount) {
+        before.emplace(pid, mainWindowOf(pid));
+        if (auto main = mainWindowAmong(pid))
+            mainWindows_[pid] = *main;
+        else
+            mainWindows_.erase(pid);
+    }
+    for (auto window : candidates) {
+        const auto it = windows_.find(window);
+        if (it == windows_.end() || it->second.hidden || it->second.pid <= 0 ||
+            recount.count(it->second.pid))
+            continue;
+        const pid_t pid = it->second.pid;
+        const auto main = mainWindows_.find(pid);
+        if (main != mainWindows_.end()) {
+            const auto current = windows_.find(main->second);
+            if (main->second == window ||
+                (current != windows_.end() && !moreRecent(it->second, current->second)))
+                continue;
+        }
+        before.emplace(pid, mainWindowOf(pid));
+        mainWindows_[pid] = window;
+    }
+    for (const auto& [pid, previous] : before) {
+        const auto now = mainWindowOf(pid);
+        if (now && now != previous)
+            listener_.mainWindowChanged(pid, *now);
+    }
 }
 
 void X11WindowMirror::updateMainWindows(bool announce) {

@@ -6,6 +6,7 @@
 #include <functional>
 #include <optional>
 #include <unordered_map>
+#include <unordered_set>
 #include <vector>
 
 #include "platform/HandlerList.h"
@@ -90,7 +91,14 @@ class X11WindowMirror {
     // Asks for the events it needs and loads the current state, telling the
     // listener nothing about what was already there.
     void load();
+    // A window's own changes take effect at once; the root's lists, which a
+    // window manager rewrites several times for one window's coming, and the
+    // main windows take effect at settle.
     void handleEvent(const xcb_generic_event_t& event);
+    // Reads each root list that the events since the last call named, once
+    // however many named it, then settles the main windows. Called after
+    // each batch of events.
+    void settle();
     // From now on the windows' pid is the process standing for their
     // application, as the grouping says; the windows there are are grouped
     // at once. Null: each process stands for itself.
@@ -126,11 +134,23 @@ class X11WindowMirror {
 
     std::optional<std::vector<xcb_window_t>> readRootWindows(xcb_atom_t atom);
     void syncClientList(bool announce);
+    // The windows to fetch among those listed anew, once each, in their order.
+    std::vector<xcb_window_t> newlyListed(const std::vector<xcb_window_t>& listed) const;
+    // Fetches the windows' state; those that are still there are held.
+    std::vector<xcb_window_t> fetch(const std::vector<xcb_window_t>& windows);
     void syncStacking();
     void syncActiveWindow();
     void syncWindowManagerCheck();
     void forget(xcb_window_t window, bool announce);
+    // Forgets the windows all together: each is gone before the first is told.
+    void forgetAll(const std::vector<xcb_window_t>& windows, bool announce);
+    void unsubscribe(xcb_window_t window);
+    // Counts every process's main window afresh.
     void updateMainWindows(bool announce);
+    void mayBecomeMain(xcb_window_t window);
+    void mayLoseMain(xcb_window_t window, pid_t pid);
+    std::optional<xcb_window_t> mainWindowAmong(pid_t pid) const;
+    void settleMainWindows();
 
     X11Connection& connection_;
     X11WindowMirrorListener& listener_;
@@ -139,6 +159,22 @@ class X11WindowMirror {
     std::unordered_map<xcb_window_t, X11WindowState> windows_;
     std::vector<xcb_window_t> clientList_;
     std::unordered_map<pid_t, xcb_window_t> mainWindows_;
+    // What the events since the last settle said changed.
+    struct Pending {
+        bool clientList = false;
+        bool stacking = false;
+        bool activeWindow = false;
+    } pending_;
+    // The windows that may have become their process's main window, and
+    // the processes whose main window may have gone, since the last settle.
+    std::vector<xcb_window_t> mainCandidates_;
+    std::unordered_set<pid_t> mainsToRecount_;
+    // The stacking list as last read, and the windows held since then that
+    // it may place before the first change it shows; with too many of
+    // those, the whole list is read into the windows again.
+    std::vector<xcb_window_t> stacking_;
+    std::vector<xcb_window_t> unstacked_;
+    bool restackAll_ = true;
     xcb_window_t active_ = XCB_NONE;
     xcb_window_t windowManagerCheck_ = XCB_NONE;
     std::uint64_t lastActivation_ = 0;

@@ -93,6 +93,7 @@ class Desktop {
     // The property's 32-bit values, up to the length asked for.
     std::vector<uint32_t> property(xcb_window_t window, const char* name, xcb_atom_t type,
                                    uint32_t length = 1);
+
   private:
     std::optional<xcb_window_t> parentOf(xcb_window_t window);
     bool isOurPanel(xcb_window_t window, pid_t pid);

@@ -6,12 +6,11 @@
 #include <QScreen>
 #include <QVBoxLayout>
 #include <QWindow>
-#include <algorithm>
 
 #include "views/ListWindowRowList.h"
 #include "views/ListWindowTrees.h"
 #include "views/PanelLayout.h"
-#include "views/WindowFrameExtents.h"
+#include "views/QtWindow.h"
 
 #if defined(__linux__)
 #include "views/QtX11Connection.h"
@@ -185,7 +184,8 @@ void ListWindowWidget::updateMenuAndList(const Content& content, bool redrawAll)
 }
 
 void ListWindowWidget::applyLimits() {
-    const QSize frame = frameAround();
+    // Qt forgets the frame of a hidden panel; its window keeps it.
+    const QSize frame = QtWindow::frameSizeOf(*window());
     rowList_->setLimits(listHeightLimit(frame), frame.width());
 }
 
@@ -198,26 +198,6 @@ int ListWindowWidget::listHeightLimit(const QSize& frame) const {
     if (!shownOn)
         return QWIDGETSIZE_MAX;
     return shownOn->availableGeometry().height() - chromeAroundRows - frame.height();
-}
-
-// The frame is known once the panel was first shown. Qt knows it only
-// while the window manager has the window framed, and a panel shown again
-// is sized before that; the frame the window manager announced for the
-// panel holds from its first showing on.
-QSize ListWindowWidget::frameAround() const {
-    const QWidget* top = window();
-    const QSize known = top->frameGeometry().size() - top->size();
-    return known.expandedTo(announcedFrame());
-}
-
-QSize ListWindowWidget::announcedFrame() const {
-    QWidget* top = window();
-    if (!announcedFrame_ && top->testAttribute(Qt::WA_WState_Created)) {
-        if (const auto extents = x11::frameExtents(*top))
-            announcedFrame_ =
-                QSize(extents->left() + extents->right(), extents->top() + extents->bottom());
-    }
-    return announcedFrame_.value_or(QSize(0, 0));
 }
 
 }  // namespace platform::qt

@@ -61,8 +61,6 @@ class ListWindowWidget final : public QWidget {
     void updateMenuAndList(const Content& content, bool redrawAll);
     void applyLimits();
     int listHeightLimit(const QSize& frame) const;
-    QSize frameAround() const;
-    QSize announcedFrame() const;
     void sendOpacityAtOnce();
 
     ContentProvider provider_;
@@ -76,8 +74,6 @@ class ListWindowWidget final : public QWidget {
     std::string emptyTextShown_;
     ListWindowRowList* rowList_ = nullptr;
     bool stale_ = false;
-    // The size the window manager's frame adds to the panel, once known.
-    mutable std::optional<QSize> announcedFrame_;
     // However many changes come in one turn, the content is computed and
     // drawn once, in the next.
     OncePerTurn applyOnce_;

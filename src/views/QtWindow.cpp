@@ -20,6 +20,7 @@ namespace platform::qt {
 class QtWindow::Widget final : public QWidget {
   public:
     explicit Widget(QtWindow& owner) : owner_(owner) {}
+    QtWindow& owner() const { return owner_; }
 
   protected:
     void closeEvent(QCloseEvent* event) override {
@@ -113,6 +114,15 @@ void QtWindow::applyWindowFlags() {
 // placed by its bare size after this.
 constexpr std::chrono::milliseconds firstFramePatience{100};
 
+// A window not made on the server yet has no frame to tell, and asking
+// would make it before its flags are settled.
+QSize QtWindow::frameSizeOf(const QWidget& windowWidget) {
+    const auto* widget = dynamic_cast<const Widget*>(&windowWidget);
+    if (!widget || !widget->testAttribute(Qt::WA_WState_Created))
+        return QSize(0, 0);
+    return widget->owner().expectedFrameGeometry().size() - widget->size();
+}
+
 CGRect QtWindow::frame() const {
     return ScreenCoordinates::ofPrimaryScreen().toBottomLeft(expectedFrameGeometry());
 }
@@ -120,10 +130,11 @@ CGRect QtWindow::frame() const {
 // Qt knows the window manager's frame while the window is framed; before
 // the first showing, the frame the window manager said it will draw is
 // added (its answer waited for the first time), so that a window first
-// shown where it was placed doesn't move after its title bar comes. The frame, once known, is kept:
-// the pointer's distance reads it at every move, and it doesn't change while hidden. A shown window
-// that Qt sees unframed has no frame to ask the server about, which spares those moves a round trip
-// when no window manager frames it.
+// shown where it was placed doesn't move after its title bar comes. The
+// frame, once known, is kept: the pointer's distance reads it at every
+// move, and it doesn't change while hidden. A shown window that Qt sees
+// unframed has no frame to ask the server about, which spares those moves
+// a round trip when no window manager frames it.
 QRect QtWindow::expectedFrameGeometry() const {
     const QRect frame = widget_->frameGeometry();
     const QRect content = widget_->geometry();

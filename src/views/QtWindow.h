@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QMargins>
+#include <QSize>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -64,6 +65,10 @@ class QtWindow final : public Window {
 
     QWidget* widget() const;
     Kind kind() const { return kind_; }
+    // What the window manager's frame adds to the size of a window's
+    // widget, as far as the window knows it, also while it is hidden; none
+    // for a widget that isn't a window's.
+    static QSize frameSizeOf(const QWidget& windowWidget);
 
   private:
     class Widget;

@@ -119,7 +119,6 @@ class X11WindowMirror {
     // The topmost managed window whose frame holds the point (top-left
     // root coordinates).
     std::optional<xcb_window_t> windowAt(double x, double y) const;
-    bool windowManagerPresent() const { return windowManagerCheck_ != XCB_NONE; }
     // The window by which the window manager shows it lives; none without one.
     xcb_window_t windowManagerCheck() const { return windowManagerCheck_; }
     double screenHeight() const { return screenHeight_; }

@@ -69,6 +69,11 @@ void RootCoordinator::build() {
     permissionViewModel_ = PermissionRequestViewModel::make();
     listWindowViewModel_ =
         std::make_shared<ListWindowViewModel>(interactionController_, appsMonitor_);
+    // The panel's list needn't follow windows while nobody sees it.
+    listWindowViewModel_->refreshOnNotificationsOnlyWhile([this] {
+        const auto& window = mainWindowController_ ? mainWindowController_->window() : nullptr;
+        return window && window->isVisible();
+    });
     windowActions_ = std::make_unique<WindowActions>(*listWindowViewModel_);
     permissionView_ = std::make_unique<PermissionRequestView>(permissionViewModel_, *this);
     listWindowView_ =

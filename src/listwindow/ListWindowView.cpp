@@ -168,4 +168,9 @@ quillbox::Signal<>& ListWindowView::changed() {
     return model_.stateChanged();
 }
 
+void ListWindowView::willPresent() {
+    model_.catchUp();
+    presenting_.emit();
+}
+
 }  // namespace tarnwick

@@ -161,9 +161,9 @@ class ListWindowView {
     // row is drawn again.
     quillbox::Signal<std::optional<std::size_t>>& windowChanged() { return windowChanged_; }
 
-    // The panel is about to be shown: its drawing is brought up to date
-    // now, so that it shows what is true at the showing.
-    void willPresent() { presenting_.emit(); }
+    // The panel is about to be shown: the list and its drawing are brought
+    // up to date now, so that it shows what is true at the showing.
+    void willPresent();
     quillbox::Signal<>& presenting() { return presenting_; }
 
     ListRow::Coordinator& coordinator() const { return coordinator_; }

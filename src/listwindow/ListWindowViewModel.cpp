@@ -1,6 +1,7 @@
 #include "listwindow/ListWindowViewModel.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "platform/Platform.h"
 #include "support/Fatal.h"
@@ -63,6 +64,7 @@ ListWindowViewModel::ListWindowViewModel(
 ListWindowViewModel::~ListWindowViewModel() {
     platform::workspace().removeObserver(launches_,
                                          platform::WorkspaceNotification::didLaunchApplication);
+    platform::mainLoop().cancel(dueRefresh_);
 }
 
 void ListWindowViewModel::setState(State state) {
@@ -79,6 +81,9 @@ std::vector<ListWindowViewModel::WindowRef> ListWindowViewModel::listedWindows(
 }
 
 void ListWindowViewModel::refreshWindows() {
+    stale_ = false;
+    platform::mainLoop().cancel(std::exchange(dueRefresh_, {}));
+    lastRefresh_ = platform::mainLoop().now();
     std::vector<WindowRef> windows;
     try {
         windows = interactionController_->windows(*app_.axApp);
@@ -95,10 +100,47 @@ void ListWindowViewModel::startObserving() {
         observers_.push_back(interactionController_->observe(
             *app_.axApp,
             lifetime_.guard([this](corvane::Observer&, const std::shared_ptr<UIElement>&,
-                                   const UIElement::AXNotification&) { refreshWindows(); })));
+                                   const UIElement::AXNotification&) { windowsChanged(); })));
     } catch (const InteractionController::Error& error) {
         quillbox::printLine("Error observing: " + error.description());
     }
+}
+
+void ListWindowViewModel::refreshOnNotificationsOnlyWhile(std::function<bool()> shown) {
+    shown_ = std::move(shown);
+}
+
+void ListWindowViewModel::catchUp() {
+    if (stale_ || dueRefresh_)
+        refreshWindows();
+}
+
+void ListWindowViewModel::windowsChanged() {
+    if (!shown_) {
+        refreshWindows();
+        return;
+    }
+    stale_ = true;
+    if (shown_())
+        refreshWhenDue();
+}
+
+// The first change after a quiet spell is shown at once; the ones that
+// follow it closely are gathered into one refresh.
+void ListWindowViewModel::refreshWhenDue() {
+    if (dueRefresh_)
+        return;
+    auto& loop = platform::mainLoop();
+    const double wait = lastRefresh_ + notificationRefreshInterval - loop.now();
+    if (wait <= 0) {
+        refreshWindows();
+        return;
+    }
+    dueRefresh_ = loop.postAfter(wait, lifetime_.guard([this] {
+        dueRefresh_ = {};
+        if (shown_())
+            refreshWindows();
+    }));
 }
 
 void ListWindowViewModel::selectApp(const platform::RunningApplicationRef& application) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <variant>
 #include <vector>
@@ -19,11 +20,16 @@ namespace tarnwick {
 // windows with a snapshot of the grouped applications for the menu, or the
 // error that prevented listing them. The file manager is selected at start.
 //
-// Nothing is refreshed on a timer or on showing the panel: only at
-// construction, at a selection, at a notification of the selected
-// application, when a window action or a menu command asks, and when the
-// selected application, having ended, is started again: the list follows
-// the new process of the same application.
+// The list is refreshed only at construction, at a selection, at a
+// notification of the selected application, when a window action or a menu
+// command asks, and when the selected application, having ended, is started
+// again: the list follows the new process of the same application.
+//
+// Listing costs in proportion to the application's windows, and a window
+// that opens brings several notifications: a list that is shown only at
+// times can ask to be refreshed by notifications only while it is shown,
+// at most once per `notificationRefreshInterval`. What came while it was
+// hidden is read when it is shown next (`catchUp`).
 class ListWindowViewModel {
   public:
     using WindowRef = InteractionController::WindowRef;
@@ -70,6 +76,12 @@ class ListWindowViewModel {
     // that has ended).
     void selectApp(const platform::RunningApplicationRef& application);
 
+    static constexpr double notificationRefreshInterval = 1.0 / 60;
+    // From now on notifications refresh only while `shown` says so.
+    void refreshOnNotificationsOnlyWhile(std::function<bool()> shown);
+    // Refreshes now if a notification has come since the last refresh.
+    void catchUp();
+
     const SelectedApp& app() const { return app_; }
     const std::vector<std::shared_ptr<corvane::Observer>>& observers() const { return observers_; }
     AppsMonitor& appsMonitor() const { return *appsMonitor_; }
@@ -81,6 +93,8 @@ class ListWindowViewModel {
                 std::shared_ptr<corvane::Application> element);
     void followRelaunch(const platform::RunningApplicationRef& launched);
     std::vector<WindowRef> listedWindows(const std::vector<WindowRef>& windows) const;
+    void windowsChanged();
+    void refreshWhenDue();
 
     State state_;
     quillbox::Signal<> stateChanged_;
@@ -89,6 +103,10 @@ class ListWindowViewModel {
     std::shared_ptr<InteractionController> interactionController_;
     std::shared_ptr<AppsMonitor> appsMonitor_;
     platform::Token launches_;
+    std::function<bool()> shown_;
+    bool stale_ = false;
+    double lastRefresh_ = 0;
+    platform::Token dueRefresh_;
     // Observer callbacks do nothing once the model is gone.
     platform::LifetimeGuard lifetime_;
 };

@@ -105,6 +105,47 @@ TEST_F(ListWindowViewModelTest, OnlyTheListedCausesRefreshTheList) {
     EXPECT_EQ(names(windowsState().apps, AppGrouping::favorite), (Strings{"TextEdit"}));
 }
 
+// A list shown only at times reads nothing for windows nobody sees, and
+// gathers the notifications of a window that opens into one refresh.
+TEST_F(ListWindowViewModelTest, AListShownAtTimesFollowsNotificationsOnlyWhileShown) {
+    bool shown = false;
+    model->refreshOnNotificationsOnlyWhile([&] { return shown; });
+    changeCount = 0;
+    addWindow(finder, SimWindowSetup::titled("Unseen"));
+    settle();
+    EXPECT_EQ(changeCount, 0);
+    EXPECT_EQ(titles(), (Strings{"Pictures", "Downloads", "Documents"}));
+    model->catchUp();
+    EXPECT_EQ(changeCount, 1);
+    EXPECT_EQ(titles(), (Strings{"Unseen", "Pictures", "Downloads", "Documents"}));
+    model->catchUp();
+    EXPECT_EQ(changeCount, 1);
+
+    shown = true;
+    desktop.loop().advance(1);
+    addWindow(finder, SimWindowSetup::titled("First"));
+    settle();
+    EXPECT_EQ(changeCount, 2);
+    addWindow(finder, SimWindowSetup::titled("Second"));
+    addWindow(finder, SimWindowSetup::titled("Third"));
+    settle();
+    EXPECT_EQ(changeCount, 2);
+    desktop.loop().advance(ListWindowViewModel::notificationRefreshInterval);
+    EXPECT_EQ(changeCount, 3);
+    EXPECT_EQ(titles().front(), "Third");
+
+    // A refresh that falls due after the list was hidden waits for the next
+    // showing.
+    addWindow(finder, SimWindowSetup::titled("Fourth"));
+    settle();
+    shown = false;
+    desktop.loop().advance(1);
+    EXPECT_EQ(changeCount, 3);
+    model->catchUp();
+    EXPECT_EQ(changeCount, 4);
+    EXPECT_EQ(titles().front(), "Fourth");
+}
+
 TEST_F(ListWindowViewModelTest, AMissingPermissionIsAnErrorUntilARefreshSucceeds) {
     desktop.accessibility().setProcessTrusted(false);
     model->refreshWindows();

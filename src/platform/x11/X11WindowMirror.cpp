@@ -88,7 +88,7 @@ void X11WindowMirror::load() {
 
     syncWindowManagerCheck();
     syncClientList(false);
-    syncStacking();
+    syncStacking(readRootWindows(connection_.ewmh()._NET_CLIENT_LIST_STACKING));
     // Nothing tells which windows were active before we looked; the
     // stacking order is the best guess of that history.
     std::vector<xcb_window_t> byStacking = clientList_;
@@ -97,7 +97,7 @@ void X11WindowMirror::load() {
     });
     for (auto window : byStacking)
         windows_.at(window).activationSerial = ++lastActivation_;
-    syncActiveWindow();
+    syncActiveWindow(readRootWindows(connection_.ewmh()._NET_ACTIVE_WINDOW));
     updateMainWindows(false);
     mainCandidates_.clear();
     mainsToRecount_.clear();
@@ -269,16 +269,23 @@ void X11WindowMirror::handleRootProperty(xcb_atom_t atom) {
         syncWindowManagerCheck();
 }
 
-// The client list goes first: a window the window manager made active or
-// stacked as it listed it is held by the time the other two are read.
+// The lists are asked for together, so that they cost one wait between
+// them. The client list is applied first: a window the window manager made
+// active or stacked as it listed it is held by the time the other two are.
 void X11WindowMirror::settle() {
     const Pending pending = std::exchange(pending_, {});
+    const auto& ewmh = connection_.ewmh();
+    std::optional<xcb_get_property_cookie_t> stacking, active;
+    if (pending.stacking)
+        stacking = askRootWindows(ewmh._NET_CLIENT_LIST_STACKING);
+    if (pending.activeWindow)
+        active = askRootWindows(ewmh._NET_ACTIVE_WINDOW);
     if (pending.clientList)
         syncClientList(true);
-    if (pending.stacking)
-        syncStacking();
-    if (pending.activeWindow)
-        syncActiveWindow();
+    if (stacking)
+        syncStacking(receiveRootWindows(*stacking));
+    if (active)
+        syncActiveWindow(receiveRootWindows(*active));
     if (!mainCandidates_.empty() || !mainsToRecount_.empty())
         settleMainWindows();
 }
@@ -320,11 +327,17 @@ void X11WindowMirror::handleDestroy(xcb_window_t window) {
     forget(window, true);
 }
 
-std::optional<std::vector<xcb_window_t>> X11WindowMirror::readRootWindows(xcb_atom_t atom) {
-    auto* c = connection_.connection();
-    const auto reply = awaitReply(
-        c, xcb_get_property_reply,
-        xcb_get_property(c, 0, connection_.root(), atom, XCB_ATOM_WINDOW, 0, maxListLength));
+xcb_get_property_cookie_t X11WindowMirror::askRootWindows(xcb_atom_t atom) {
+    return xcb_get_property(connection_.connection(), 0, connection_.root(), atom, XCB_ATOM_WINDOW,
+                            0, maxListLength);
+}
+
+X11WindowMirror::RootWindows X11WindowMirror::readRootWindows(xcb_atom_t atom) {
+    return receiveRootWindows(askRootWindows(atom));
+}
+
+X11WindowMirror::RootWindows X11WindowMirror::receiveRootWindows(xcb_get_property_cookie_t cookie) {
+    const auto reply = awaitReply(connection_.connection(), xcb_get_property_reply, cookie);
     if (!reply || reply->type != XCB_ATOM_WINDOW || reply->format != 32)
         return std::nullopt;
     const auto* data = static_cast<const xcb_window_t*>(xcb_get_property_value(reply.get()));
@@ -408,8 +421,7 @@ std::vector<xcb_window_t> X11WindowMirror::fetch(const std::vector<xcb_window_t>
 // A window's index is its place in the list, counted from one. Only the
 // part of the list from its first change is read into the windows, and the
 // windows held since the last read are looked up in the rest.
-void X11WindowMirror::syncStacking() {
-    auto stacking = readRootWindows(connection_.ewmh()._NET_CLIENT_LIST_STACKING);
+void X11WindowMirror::syncStacking(RootWindows stacking) {
     if (!stacking)
         return;
     const auto place = [this](xcb_window_t window, std::size_t position) {
@@ -443,8 +455,7 @@ void X11WindowMirror::syncStacking() {
     }
 }
 
-void X11WindowMirror::syncActiveWindow() {
-    const auto active = readRootWindows(connection_.ewmh()._NET_ACTIVE_WINDOW);
+void X11WindowMirror::syncActiveWindow(const RootWindows& active) {
     const xcb_window_t window = active && !active->empty() ? active->front() : XCB_NONE;
     if (window == active_)
         return;

@@ -131,14 +131,17 @@ class X11WindowMirror {
     // Sets the state's pid: the owner, or the process of its application.
     void settlePid(xcb_window_t window, X11WindowState& state);
 
-    std::optional<std::vector<xcb_window_t>> readRootWindows(xcb_atom_t atom);
+    using RootWindows = std::optional<std::vector<xcb_window_t>>;
+    xcb_get_property_cookie_t askRootWindows(xcb_atom_t atom);
+    RootWindows receiveRootWindows(xcb_get_property_cookie_t cookie);
+    RootWindows readRootWindows(xcb_atom_t atom);
     void syncClientList(bool announce);
     // The windows to fetch among those listed anew, once each, in their order.
     std::vector<xcb_window_t> newlyListed(const std::vector<xcb_window_t>& listed) const;
     // Fetches the windows' state; those that are still there are held.
     std::vector<xcb_window_t> fetch(const std::vector<xcb_window_t>& windows);
-    void syncStacking();
-    void syncActiveWindow();
+    void syncStacking(RootWindows stacking);
+    void syncActiveWindow(const RootWindows& active);
     void syncWindowManagerCheck();
     void forget(xcb_window_t window, bool announce);
     // Forgets the windows all together: each is gone before the first is told.

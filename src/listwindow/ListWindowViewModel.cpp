@@ -1,7 +1,6 @@
 #include "listwindow/ListWindowViewModel.h"
 
 #include <algorithm>
-#include <utility>
 
 #include "platform/Platform.h"
 #include "support/Fatal.h"
@@ -64,7 +63,6 @@ ListWindowViewModel::ListWindowViewModel(
 ListWindowViewModel::~ListWindowViewModel() {
     platform::workspace().removeObserver(launches_,
                                          platform::WorkspaceNotification::didLaunchApplication);
-    platform::mainLoop().cancel(dueRefresh_);
 }
 
 void ListWindowViewModel::setState(State state) {
@@ -82,8 +80,8 @@ std::vector<ListWindowViewModel::WindowRef> ListWindowViewModel::listedWindows(
 
 void ListWindowViewModel::refreshWindows() {
     stale_ = false;
-    platform::mainLoop().cancel(std::exchange(dueRefresh_, {}));
-    lastRefresh_ = platform::mainLoop().now();
+    refreshGate_.cancel();
+    refreshGate_.ran();
     std::vector<WindowRef> windows;
     try {
         windows = interactionController_->windows(*app_.axApp);
@@ -111,36 +109,20 @@ void ListWindowViewModel::refreshOnNotificationsOnlyWhile(std::function<bool()> 
 }
 
 void ListWindowViewModel::catchUp() {
-    if (stale_ || dueRefresh_)
+    if (stale_)
         refreshWindows();
 }
 
+// The first change after a quiet spell is shown at once; the ones that
+// follow it closely are gathered into one refresh.
 void ListWindowViewModel::windowsChanged() {
     if (!shown_) {
         refreshWindows();
         return;
     }
     stale_ = true;
-    if (shown_())
-        refreshWhenDue();
-}
-
-// The first change after a quiet spell is shown at once; the ones that
-// follow it closely are gathered into one refresh.
-void ListWindowViewModel::refreshWhenDue() {
-    if (dueRefresh_)
-        return;
-    auto& loop = platform::mainLoop();
-    const double wait = lastRefresh_ + notificationRefreshInterval - loop.now();
-    if (wait <= 0) {
+    if (shown_() && refreshGate_.admitsNow())
         refreshWindows();
-        return;
-    }
-    dueRefresh_ = loop.postAfter(wait, lifetime_.guard([this] {
-        dueRefresh_ = {};
-        if (shown_())
-            refreshWindows();
-    }));
 }
 
 void ListWindowViewModel::selectApp(const platform::RunningApplicationRef& application) {

@@ -8,7 +8,9 @@
 #include "accessibility/Application.h"
 #include "accessibility/Observer.h"
 #include "listwindow/InteractionController.h"
+#include "platform/IntervalGate.h"
 #include "platform/LifetimeGuard.h"
+#include "platform/Platform.h"
 #include "platform/Workspace.h"
 #include "support/Signal.h"
 #include "tracking/AppGrouping.h"
@@ -94,7 +96,6 @@ class ListWindowViewModel {
     void followRelaunch(const platform::RunningApplicationRef& launched);
     std::vector<WindowRef> listedWindows(const std::vector<WindowRef>& windows) const;
     void windowsChanged();
-    void refreshWhenDue();
 
     State state_;
     quillbox::Signal<> stateChanged_;
@@ -105,8 +106,10 @@ class ListWindowViewModel {
     platform::Token launches_;
     std::function<bool()> shown_;
     bool stale_ = false;
-    double lastRefresh_ = 0;
-    platform::Token dueRefresh_;
+    platform::IntervalGate refreshGate_{platform::mainLoop(), notificationRefreshInterval, [this] {
+                                            if (shown_())
+                                                refreshWindows();
+                                        }};
     // Observer callbacks do nothing once the model is gone.
     platform::LifetimeGuard lifetime_;
 };

@@ -29,12 +29,15 @@ void requestFrameExtents(QWidget& window) {
     xcb_flush(connection);
 }
 
-std::optional<QMargins> frameExtents(QWidget& window) {
-    xcb_connection_t* connection = connectionFor(window);
-    if (!connection)
-        return std::nullopt;
+namespace {
+
+xcb_atom_t frameExtentsAtom(xcb_connection_t* connection) {
+    return internAtom(connection, "_NET_FRAME_EXTENTS");
+}
+
+std::optional<QMargins> readFrameExtents(QWidget& window, xcb_connection_t* connection,
+                                         xcb_atom_t property) {
     const auto id = static_cast<xcb_window_t>(window.winId());
-    const auto property = internAtom(connection, "_NET_FRAME_EXTENTS");
     const auto extents =
         awaitReply(connection, xcb_get_property_reply,
                    xcb_get_property(connection, 0, id, property, XCB_ATOM_CARDINAL, 0, 4));
@@ -50,16 +53,27 @@ std::optional<QMargins> frameExtents(QWidget& window) {
     return QMargins(inPoints(sides[0]), inPoints(sides[2]), inPoints(sides[1]), inPoints(sides[3]));
 }
 
+}  // namespace
+
+std::optional<QMargins> frameExtents(QWidget& window) {
+    xcb_connection_t* connection = connectionFor(window);
+    if (!connection)
+        return std::nullopt;
+    return readFrameExtents(window, connection, frameExtentsAtom(connection));
+}
+
 // The answer comes as a property change on a connection whose events Qt
 // reads on its own thread; looking for the property every few milliseconds
 // keeps out of Qt's way.
 std::optional<QMargins> awaitFrameExtents(QWidget& window, std::chrono::milliseconds patience) {
-    if (!connectionFor(window))
+    xcb_connection_t* connection = connectionFor(window);
+    if (!connection)
         return std::nullopt;
     requestFrameExtents(window);
+    const xcb_atom_t property = frameExtentsAtom(connection);
     const auto deadline = std::chrono::steady_clock::now() + patience;
     for (;;) {
-        if (auto extents = frameExtents(window))
+        if (auto extents = readFrameExtents(window, connection, property))
             return extents;
         if (std::chrono::steady_clock::now() >= deadline)
             return std::nullopt;

@@ -56,6 +56,7 @@ X11RawInput::X11RawInput(X11InputEventSource& source, X11KeyboardLayouts* layout
       translator_([layouts]() -> const XkbInputSource* {
           return layouts ? layouts->currentSource().get() : nullptr;
       }),
+      frameGate_(source.loop(), frameSeconds, [this] { endMutedFrame(); }),
       rootHeight_(source.connection().screen()->height_in_pixels) {
     source_.selectRootEvents(XCB_EVENT_MASK_STRUCTURE_NOTIFY);
     selectRawEvents(source_.xcb(), source_.root(), false);
@@ -67,7 +68,6 @@ X11RawInput::X11RawInput(X11InputEventSource& source, X11KeyboardLayouts* layout
 }
 
 X11RawInput::~X11RawInput() {
-    source_.loop().cancel(frameTimer_);
     source_.removeEventHandler(eventHandler_);
     source_.removeIdleHandler(idleHandler_);
     if (pendingQuery_)
@@ -109,7 +109,7 @@ void X11RawInput::updateSelection() {
         return;
     motionSelected_ = wantsMotion;
     movedSinceQuery_ = true;
-    if (motionMuted_) {
+    if (frameGate_.waiting()) {
         // The frame's end selects what is wanted then.
         return;
     }
@@ -164,23 +164,18 @@ void X11RawInput::handleRawMotion(xcb_timestamp_t time) {
 // A sample in this frame was taken: the next waits for the frame's end,
 // with raw motion muted until then.
 void X11RawInput::sampleAfterFrame() {
-    if (motionMuted_)
+    if (frameGate_.waiting())
         return;
-    const double wait = lastQueryAt_ + frameSeconds - source_.loop().now();
-    if (lastQueryAt_ < 0 || wait <= 0) {
+    if (frameGate_.admitsNow()) {
         queryPointer();
         return;
     }
-    motionMuted_ = true;
     selectRawEvents(source_.xcb(), source_.root(), false);
-    frameTimer_ = source_.loop().postAfter(wait, lifetime_.guard([this] { endMutedFrame(); }));
 }
 
 // The pointer may have moved unheard during the frame: its place is asked
 // for once, and motion is heard again.
 void X11RawInput::endMutedFrame() {
-    frameTimer_ = Token{};
-    motionMuted_ = false;
     if (!motionSelected_)
         return;
     selectRawEvents(source_.xcb(), source_.root(), true);
@@ -203,7 +198,7 @@ void X11RawInput::handleKeyPress(xcb_timestamp_t time) {
 // current by motion, or asked for by a key of the chord being handed out.
 bool X11RawInput::placeIsCurrent() const {
     if (motionSelected_)
-        return !motionMuted_ && !movedSinceQuery_;
+        return !frameGate_.waiting() && !movedSinceQuery_;
     return deliveringKey_ && queriedAtKey_ && lastKeyTime_ - *queriedAtKey_ <= chordMilliseconds;
 }
 
@@ -211,7 +206,7 @@ void X11RawInput::queryPointer() {
     pendingQuery_ = xcb_query_pointer(source_.xcb(), source_.root()).sequence;
     movedSinceQuery_ = false;
     queriedAtKey_.reset();
-    lastQueryAt_ = source_.loop().now();
+    frameGate_.ran();
 }
 
 void X11RawInput::takePointerReply(Reply<xcb_query_pointer_reply_t> reply) {

@@ -10,7 +10,7 @@
 
 #include "platform/Event.h"
 #include "platform/HandlerList.h"
-#include "platform/LifetimeGuard.h"
+#include "platform/IntervalGate.h"
 #include "platform/x11/X11InputEventSource.h"
 #include "platform/x11/X11InputEventTranslator.h"
 #include "platform/x11/X11KeyboardLayouts.h"
@@ -77,10 +77,9 @@ class X11RawInput {
     HandlerList<const Event&> listeners_;
     std::map<std::uint64_t, EventMask> masks_;
     bool motionSelected_ = false;
-    // Raw motion muted until the frame's sample.
-    bool motionMuted_ = false;
-    Token frameTimer_;
-    double lastQueryAt_ = -1;
+    // One pointer query per frame; while a run at the frame's end waits,
+    // raw motion is muted.
+    IntervalGate frameGate_;
     // The server time of the key press the pending or last query was sent
     // for; the place it tells stays current for the rest of that chord.
     std::optional<xcb_timestamp_t> queriedAtKey_;
@@ -94,7 +93,6 @@ class X11RawInput {
     xcb_timestamp_t motionTime_ = 0;
     Token eventHandler_;
     Token idleHandler_;
-    LifetimeGuard lifetime_;
 };
 
 }  // namespace platform::x11

@@ -24,6 +24,11 @@ bool sameFramePlace(const X11WindowState& a, const X11WindowState& b) {
     return a.frameLeft() == b.frameLeft() && a.frameTop() == b.frameTop();
 }
 
+// Only a shown window of a known process can be its process's main window.
+bool canBeMain(const X11WindowState& state) {
+    return !state.hidden && state.pid > 0;
+}
+
 // Whether a candidate for a process's main window beats the current one:
 // activated more recently, or, with the same activation, higher up.
 bool moreRecent(const X11WindowState& candidate, const X11WindowState& current) {
@@ -504,12 +509,16 @@ void X11WindowMirror::forgetAll(const std::vector<xcb_window_t>& windows, bool a
         windows_.erase(it);
         unsubscribe(window);
     }
-    if (left.size() == 1) {
-        clientList_.erase(std::remove(clientList_.begin(), clientList_.end(), left.front().first),
-                          clientList_.end());
-    } else if (!left.empty()) {
-        std::erase_if(clientList_, [this](xcb_window_t window) { return !windows_.count(window); });
-    }
+    // One walk of the list, with a look-up as cheap as a comparison when
+    // one window went.
+    std::vector<xcb_window_t> gone;
+    for (const auto& [window, pid] : left)
+        gone.push_back(window);
+    std::sort(gone.begin(), gone.end());
+    if (!gone.empty())
+        std::erase_if(clientList_, [&gone](xcb_window_t window) {
+            return std::binary_search(gone.begin(), gone.end(), window);
+        });
     if (!announce)
         return;
     for (const auto& [window, pid] : left)
@@ -537,7 +546,8 @@ std::optional<xcb_window_t> X11WindowMirror::mainWindowAmong(pid_t pid) const {
     std::optional<xcb_window_t> main;
     for (auto window : clientList_) {
         const auto& state = windows_.at(window);
-        if (state.pid == pid && !state.hidden && (!main || moreRecent(state, windows_.at(*main))))
+        if (state.pid == pid && canBeMain(state) &&
+            (!main || moreRecent(state, windows_.at(*main))))
             main = window;
     }
     return main;
@@ -560,8 +570,7 @@ void X11WindowMirror::settleMainWindows() {
     }
     for (auto window : candidates) {
         const auto it = windows_.find(window);
-        if (it == windows_.end() || it->second.hidden || it->second.pid <= 0 ||
-            recount.count(it->second.pid))
+        if (it == windows_.end() || !canBeMain(it->second) || recount.count(it->second.pid))
             continue;
         const pid_t pid = it->second.pid;
         const auto main = mainWindows_.find(pid);
@@ -585,7 +594,7 @@ void X11WindowMirror::updateMainWindows(bool announce) {
     std::unordered_map<pid_t, xcb_window_t> mains;
     for (auto window : clientList_) {
         const auto& state = windows_.at(window);
-        if (state.hidden || state.pid <= 0)
+        if (!canBeMain(state))
             continue;
         auto [it, inserted] = mains.emplace(state.pid, window);
         if (!inserted && moreRecent(state, windows_.at(it->second)))

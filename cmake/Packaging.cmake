@@ -1,6 +1,7 @@
 # The packages CPack makes from the install rules:
 #   DEB  tarnwick_VERSION_ARCH.deb, installed under /usr, its dependencies
-#        found by dpkg-shlibdeps;
+#        found by dpkg-shlibdeps, and libcurl named here: the updater loads
+#        it when it first fetches, which dpkg-shlibdeps can't see;
 #   TGZ  tarnwick-VERSION-linux-ARCH.tar.gz, a release folder that runs from
 #        wherever it is unpacked and that the updater installs over:
 #          tarnwick/current -> tarnwick-VERSION
@@ -32,6 +33,7 @@ execute_process(COMMAND dpkg --print-architecture OUTPUT_VARIABLE TARNWICK_DEBIA
 set(CPACK_DEBIAN_PACKAGE_ARCHITECTURE ${TARNWICK_DEBIAN_ARCHITECTURE})
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
+set(CPACK_DEBIAN_PACKAGE_DEPENDS "libcurl4 (>= 7.85.0)")
 set(CPACK_DEBIAN_PACKAGE_SECTION x11)
 set(CPACK_DEBIAN_PACKAGE_PRIORITY optional)
 set(CPACK_DEBIAN_PACKAGE_HOMEPAGE ${TARNWICK_HOMEPAGE})

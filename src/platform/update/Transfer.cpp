@@ -1,12 +1,11 @@
 #include "platform/update/Transfer.h"
 
-#include <curl/curl.h>
-
 #include <atomic>
 #include <cctype>
 #include <chrono>
-#include <mutex>
 #include <optional>
+
+#include "platform/update/CurlLibrary.h"
 
 namespace platform::update {
 
@@ -24,6 +23,8 @@ struct Transfer::State {
     // the network library's next progress tick, about a second later.
     // Made before the thread starts and cleaned up after it ended.
     CURLM* multi = nullptr;
+    // Null when the network library can't be loaded: the transfer fails.
+    const CurlLibrary* library = CurlLibrary::get();
 
     // The thread's own.
     std::string body;
@@ -35,11 +36,6 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 constexpr auto progressInterval = std::chrono::milliseconds(100);
-
-void initialiseOnce() {
-    static std::once_flag once;
-    std::call_once(once, [] { curl_global_init(CURL_GLOBAL_DEFAULT); });
-}
 
 std::string lowercase(std::string text) {
     for (auto& c : text)
@@ -57,24 +53,24 @@ struct UrlParts {
     std::string host;
 };
 
-std::optional<UrlParts> partsOf(const std::string& url) {
-    CURLU* handle = curl_url();
+std::optional<UrlParts> partsOf(const CurlLibrary& library, const std::string& url) {
+    CURLU* handle = library.url();
     std::optional<UrlParts> parts;
     char* scheme = nullptr;
     char* host = nullptr;
-    if (curl_url_set(handle, CURLUPART_URL, url.c_str(), 0) == CURLUE_OK &&
-        curl_url_get(handle, CURLUPART_SCHEME, &scheme, 0) == CURLUE_OK &&
-        curl_url_get(handle, CURLUPART_HOST, &host, 0) == CURLUE_OK) {
+    if (library.urlSet(handle, CURLUPART_URL, url.c_str(), 0) == CURLUE_OK &&
+        library.urlGet(handle, CURLUPART_SCHEME, &scheme, 0) == CURLUE_OK &&
+        library.urlGet(handle, CURLUPART_HOST, &host, 0) == CURLUE_OK) {
         parts = UrlParts{lowercase(scheme), host};
     }
-    curl_free(scheme);
-    curl_free(host);
-    curl_url_cleanup(handle);
+    library.free(scheme);
+    library.free(host);
+    library.urlCleanup(handle);
     return parts;
 }
 
-bool isLoopbackHttp(const std::string& url) {
-    const auto parts = partsOf(url);
+bool isLoopbackHttp(const CurlLibrary& library, const std::string& url) {
+    const auto parts = partsOf(library, url);
     return parts && parts->scheme == "http" && isLoopbackHost(parts->host);
 }
 
@@ -152,77 +148,83 @@ TransferFailure failureOf(CURLcode code, const Transfer::State& state) {
     }
 }
 
-void configure(CURL* curl, SharedState& shared) {
+void configure(const CurlLibrary& library, CURL* curl, SharedState& shared) {
     auto& state = *shared;
-    const bool loopback = isLoopbackHttp(state.url);
-    curl_easy_setopt(curl, CURLOPT_URL, state.url.c_str());
-    curl_easy_setopt(curl, CURLOPT_NOSIGNAL, 1L);
-    curl_easy_setopt(curl, CURLOPT_PROTOCOLS_STR, loopback ? "http" : "https");
-    curl_easy_setopt(curl, CURLOPT_REDIR_PROTOCOLS_STR, loopback ? "http,https" : "https");
-    curl_easy_setopt(curl, CURLOPT_SSL_VERIFYPEER, 1L);
-    curl_easy_setopt(curl, CURLOPT_SSL_VERIFYHOST, 2L);
-    curl_easy_setopt(curl, CURLOPT_FOLLOWLOCATION, 1L);
-    curl_easy_setopt(curl, CURLOPT_MAXREDIRS, state.limits.maximumRedirects);
-    curl_easy_setopt(curl, CURLOPT_CONNECTTIMEOUT, state.limits.connectTimeoutSeconds);
-    curl_easy_setopt(curl, CURLOPT_LOW_SPEED_LIMIT, 1L);
-    curl_easy_setopt(curl, CURLOPT_LOW_SPEED_TIME, state.limits.stallSeconds);
-    curl_easy_setopt(curl, CURLOPT_MAXFILESIZE_LARGE,
-                     static_cast<curl_off_t>(state.limits.maximumBytes));
-    curl_easy_setopt(curl, CURLOPT_FAILONERROR, 1L);
-    curl_easy_setopt(curl, CURLOPT_USERAGENT, "Tarnwick updater");
-    curl_easy_setopt(curl, CURLOPT_WRITEFUNCTION, receive);
-    curl_easy_setopt(curl, CURLOPT_WRITEDATA, &shared);
-    curl_easy_setopt(curl, CURLOPT_NOPROGRESS, 0L);
-    curl_easy_setopt(curl, CURLOPT_XFERINFOFUNCTION, reportProgress);
-    curl_easy_setopt(curl, CURLOPT_XFERINFODATA, &shared);
+    const bool loopback = isLoopbackHttp(library, state.url);
+    library.easySetopt(curl, CURLOPT_URL, state.url.c_str());
+    library.easySetopt(curl, CURLOPT_NOSIGNAL, 1L);
+    library.easySetopt(curl, CURLOPT_PROTOCOLS_STR, loopback ? "http" : "https");
+    library.easySetopt(curl, CURLOPT_REDIR_PROTOCOLS_STR, loopback ? "http,https" : "https");
+    library.easySetopt(curl, CURLOPT_SSL_VERIFYPEER, 1L);
+    library.easySetopt(curl, CURLOPT_SSL_VERIFYHOST, 2L);
+    library.easySetopt(curl, CURLOPT_FOLLOWLOCATION, 1L);
+    library.easySetopt(curl, CURLOPT_MAXREDIRS, state.limits.maximumRedirects);
+    library.easySetopt(curl, CURLOPT_CONNECTTIMEOUT, state.limits.connectTimeoutSeconds);
+    library.easySetopt(curl, CURLOPT_LOW_SPEED_LIMIT, 1L);
+    library.easySetopt(curl, CURLOPT_LOW_SPEED_TIME, state.limits.stallSeconds);
+    library.easySetopt(curl, CURLOPT_MAXFILESIZE_LARGE,
+                       static_cast<curl_off_t>(state.limits.maximumBytes));
+    library.easySetopt(curl, CURLOPT_FAILONERROR, 1L);
+    library.easySetopt(curl, CURLOPT_USERAGENT, "Tarnwick updater");
+    library.easySetopt(curl, CURLOPT_WRITEFUNCTION, receive);
+    library.easySetopt(curl, CURLOPT_WRITEDATA, &shared);
+    library.easySetopt(curl, CURLOPT_NOPROGRESS, 0L);
+    library.easySetopt(curl, CURLOPT_XFERINFOFUNCTION, reportProgress);
+    library.easySetopt(curl, CURLOPT_XFERINFODATA, &shared);
 }
 
 // The easy handle's transfer on the state's multi handle, waiting in a way
 // cancel() can wake; the easy handle's own result, or cancelled.
-CURLcode perform(CURL* curl, Transfer::State& state) {
+CURLcode perform(const CurlLibrary& library, CURL* curl, Transfer::State& state) {
     if (!state.multi)
-        return curl_easy_perform(curl);
-    curl_multi_add_handle(state.multi, curl);
+        return library.easyPerform(curl);
+    library.multiAddHandle(state.multi, curl);
     CURLcode code = CURLE_ABORTED_BY_CALLBACK;
     while (!state.cancelled) {
         int running = 0;
-        if (curl_multi_perform(state.multi, &running) != CURLM_OK) {
+        if (library.multiPerform(state.multi, &running) != CURLM_OK) {
             code = CURLE_FAILED_INIT;
             break;
         }
         if (running == 0) {
             int queued = 0;
-            const CURLMsg* message = curl_multi_info_read(state.multi, &queued);
+            const CURLMsg* message = library.multiInfoRead(state.multi, &queued);
             code = message && message->msg == CURLMSG_DONE ? message->data.result : CURLE_OK;
             break;
         }
         // The library shortens the wait to its own next deadline.
-        curl_multi_poll(state.multi, nullptr, 0, 1000, nullptr);
+        library.multiPoll(state.multi, nullptr, 0, 1000, nullptr);
     }
-    curl_multi_remove_handle(state.multi, curl);
+    library.multiRemoveHandle(state.multi, curl);
     return code;
 }
 
 TransferResult run(SharedState& shared) {
     auto& state = *shared;
     TransferResult result;
+    if (!state.library) {
+        result.failure = TransferFailure::other;
+        result.detail = "The network library can't be loaded.";
+        return result;
+    }
+    const auto& library = *state.library;
     if (!isPermittedAddress(state.url)) {
         result.failure = TransferFailure::insecureAddress;
         return result;
     }
-    CURL* curl = curl_easy_init();
+    CURL* curl = library.easyInit();
     if (!curl) {
         result.failure = TransferFailure::other;
         return result;
     }
     char errorText[CURL_ERROR_SIZE] = {};
-    curl_easy_setopt(curl, CURLOPT_ERRORBUFFER, errorText);
-    configure(curl, shared);
-    const auto code = perform(curl, state);
-    curl_easy_getinfo(curl, CURLINFO_RESPONSE_CODE, &result.httpStatus);
-    curl_easy_cleanup(curl);
+    library.easySetopt(curl, CURLOPT_ERRORBUFFER, errorText);
+    configure(library, curl, shared);
+    const auto code = perform(library, curl, state);
+    library.easyGetinfo(curl, CURLINFO_RESPONSE_CODE, &result.httpStatus);
+    library.easyCleanup(curl);
     result.failure = failureOf(code, state);
-    result.detail = errorText[0] ? errorText : curl_easy_strerror(code);
+    result.detail = errorText[0] ? errorText : library.easyStrerror(code);
     if (result.failure == TransferFailure::none)
         result.body = std::move(state.body);
     return result;
@@ -231,7 +233,8 @@ TransferResult run(SharedState& shared) {
 }  // namespace
 
 bool isPermittedAddress(const std::string& url) {
-    const auto parts = partsOf(url);
+    const auto* library = CurlLibrary::get();
+    const auto parts = library ? partsOf(*library, url) : std::nullopt;
     if (!parts)
         return false;
     return parts->scheme == "https" || (parts->scheme == "http" && isLoopbackHost(parts->host));
@@ -245,8 +248,8 @@ Transfer::Transfer(MainLoopMailbox& mailbox, std::string url, TransferLimits lim
     state_->limits = limits;
     state_->progress = std::move(progress);
     state_->completion = std::move(completion);
-    initialiseOnce();
-    state_->multi = curl_multi_init();
+    if (state_->library)
+        state_->multi = state_->library->multiInit();
     thread_ = std::thread([state = state_]() mutable {
         auto result = run(state);
         state->mailbox->post([state, result = std::move(result)]() mutable {
@@ -261,14 +264,14 @@ Transfer::~Transfer() {
     if (thread_.joinable())
         thread_.join();
     if (state_->multi)
-        curl_multi_cleanup(state_->multi);
+        state_->library->multiCleanup(state_->multi);
     state_->multi = nullptr;
 }
 
 void Transfer::cancel() {
     state_->cancelled = true;
     if (state_->multi)
-        curl_multi_wakeup(state_->multi);
+        state_->library->multiWakeup(state_->multi);
 }
 
 }  // namespace platform::update

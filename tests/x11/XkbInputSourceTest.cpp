@@ -66,7 +66,7 @@ TEST(XkbRulesNames, ReadsTheRootWindowProperty) {
 
 TEST_F(XkbInputSourceTest, ShortNamesOnlyWhenTheRuleNamesMatchTheKeymap) {
     const XkbKeymapRef keymap = keymapOf(context.get(), "de,us");
-    XkbLayoutNamer namer(context.get());
+    XkbLayoutNamer namer;
     EXPECT_EQ(namer.identifiers(keymap.get(), XkbRulesNames::parse("evdev\0pc105\0de,us\0\0\0"s)),
               (std::vector<std::string>{"xkb:de", "xkb:us"}));
     // Rule names still from before the keymap was loaded.

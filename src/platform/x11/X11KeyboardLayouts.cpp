@@ -56,8 +56,7 @@ X11KeyboardLayouts::X11KeyboardLayouts(X11InputEventSource& source, std::int32_t
       deviceId_(deviceId),
       firstEvent_(firstEvent),
       rulesNamesAtom_(source.connection().atom("_XKB_RULES_NAMES")),
-      context_(makeXkbContext()),
-      namer_(context_.get()) {
+      context_(makeXkbContext()) {
     selectKeyboardEvents(source_.xcb(), deviceId_);
     source_.selectRootEvents(XCB_EVENT_MASK_PROPERTY_CHANGE);
     eventHandler_ =
@@ -152,11 +151,13 @@ bool X11KeyboardLayouts::reload() {
     if (state)
         xkb_state_unref(state);
 
-    const std::vector<std::string> identifiers = namer_.identifiers(keymap.get(), readRulesNames());
+    const auto identifiers =
+        std::make_shared<const XkbGroupIdentifiers>(namer_, keymap, readRulesNames());
     std::vector<std::shared_ptr<XkbInputSource>> groups;
     std::shared_ptr<XkbInputSource> asciiCapable;
-    for (xkb_layout_index_t group = 0; group < identifiers.size(); ++group) {
-        groups.push_back(std::make_shared<XkbInputSource>(keymap, group, identifiers[group]));
+    const xkb_layout_index_t groupCount = xkb_keymap_num_layouts(keymap.get());
+    for (xkb_layout_index_t group = 0; group < groupCount; ++group) {
+        groups.push_back(std::make_shared<XkbInputSource>(keymap, group, identifiers));
         if (!asciiCapable && XkbInputSource::isLatin(keymap.get(), group))
             asciiCapable = groups.back();
     }

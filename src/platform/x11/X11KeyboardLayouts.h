@@ -52,7 +52,7 @@ class X11KeyboardLayouts final : public KeyboardLayouts {
     std::uint8_t firstEvent_;
     xcb_atom_t rulesNamesAtom_;
     XkbContextRef context_;
-    XkbLayoutNamer namer_;
+    std::shared_ptr<XkbLayoutNamer> namer_ = std::make_shared<XkbLayoutNamer>();
     // The sources are written on the main loop only, but copied from any
     // thread; the lock covers those writes and the copies.
     mutable std::mutex sourcesLock_;

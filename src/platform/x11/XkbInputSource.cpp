@@ -65,6 +65,12 @@ XkbInputSource::XkbInputSource(XkbKeymapRef keymap, xkb_layout_index_t group,
     state_ = xkb_state_new(keymap_.get());
 }
 
+XkbInputSource::XkbInputSource(XkbKeymapRef keymap, xkb_layout_index_t group,
+                               std::shared_ptr<const XkbGroupIdentifiers> identifiers)
+    : XkbInputSource(std::move(keymap), group, std::string()) {
+    identifiers_ = std::move(identifiers);
+}
+
 XkbInputSource::~XkbInputSource() {
     if (state_)
         xkb_state_unref(state_);

@@ -9,6 +9,7 @@
 #include <string>
 
 #include "platform/KeyboardLayout.h"
+#include "platform/x11/XkbLayoutNames.h"
 
 namespace platform::x11 {
 
@@ -28,11 +29,16 @@ class XkbInputSource final : public InputSource {
     static constexpr std::int32_t unknownKeyStatus = -50;
 
     XkbInputSource(XkbKeymapRef keymap, xkb_layout_index_t group, std::string identifier);
+    // Named by the keymap's identifiers when first asked.
+    XkbInputSource(XkbKeymapRef keymap, xkb_layout_index_t group,
+                   std::shared_ptr<const XkbGroupIdentifiers> identifiers);
     ~XkbInputSource() override;
     XkbInputSource(const XkbInputSource&) = delete;
     XkbInputSource& operator=(const XkbInputSource&) = delete;
 
-    std::optional<std::string> identifier() const override { return identifier_; }
+    std::optional<std::string> identifier() const override {
+        return identifiers_ ? identifiers_->of(group_) : identifier_;
+    }
     KeyTranslation translate(KeyCode keyCode, std::uint32_t modifierState) const override;
     // The same for a key given by its X keycode.
     KeyTranslation translateXKeyCode(xkb_keycode_t xKeyCode, std::uint32_t modifierState) const;
@@ -49,6 +55,7 @@ class XkbInputSource final : public InputSource {
     XkbKeymapRef keymap_;
     xkb_layout_index_t group_;
     std::string identifier_;
+    std::shared_ptr<const XkbGroupIdentifiers> identifiers_;
     xkb_mod_mask_t shiftMask_ = 0;
     xkb_mod_mask_t capsLockMask_ = 0;
     xkb_mod_mask_t optionMask_ = 0;

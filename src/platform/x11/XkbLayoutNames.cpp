@@ -1,6 +1,7 @@
 #include "platform/x11/XkbLayoutNames.h"
 
 #include <memory>
+#include <utility>
 
 namespace platform::x11 {
 
@@ -51,6 +52,8 @@ std::vector<std::string> groupDescriptions(xkb_keymap* keymap) {
 }
 
 const std::vector<std::string>& XkbLayoutNamer::descriptionsFor(const XkbRulesNames& names) {
+    if (!context_)
+        context_.reset(xkb_context_new(XKB_CONTEXT_NO_FLAGS), xkb_context_unref);
     const std::string key = names.rules + '\0' + names.model + '\0' + names.layout + '\0' +
                             names.variant + '\0' + names.options;
     auto it = descriptions_.find(key);
@@ -59,7 +62,9 @@ const std::vector<std::string>& XkbLayoutNamer::descriptionsFor(const XkbRulesNa
     const xkb_rule_names ruleNames{names.rules.c_str(), names.model.c_str(), names.layout.c_str(),
                                    names.variant.c_str(), names.options.c_str()};
     std::unique_ptr<xkb_keymap, decltype(&xkb_keymap_unref)> compiled(
-        xkb_keymap_new_from_names(context_, &ruleNames, XKB_KEYMAP_COMPILE_NO_FLAGS),
+        context_
+            ? xkb_keymap_new_from_names(context_.get(), &ruleNames, XKB_KEYMAP_COMPILE_NO_FLAGS)
+            : nullptr,
         xkb_keymap_unref);
     std::vector<std::string> descriptions;
     if (compiled)
@@ -74,6 +79,7 @@ std::vector<std::string> XkbLayoutNamer::identifiers(xkb_keymap* keymap,
     std::vector<std::string> expected;
     if (names) {
         shortNames = names->groupNames();
+        std::lock_guard guard(lock_);
         expected = descriptionsFor(*names);
     }
     std::vector<std::string> identifiers;
@@ -84,6 +90,16 @@ std::vector<std::string> XkbLayoutNamer::identifiers(xkb_keymap* keymap,
                               (namesAgree ? shortNames[group] : actual[group]));
     }
     return identifiers;
+}
+
+XkbGroupIdentifiers::XkbGroupIdentifiers(std::shared_ptr<XkbLayoutNamer> namer,
+                                         std::shared_ptr<xkb_keymap> keymap,
+                                         std::optional<XkbRulesNames> names)
+    : namer_(std::move(namer)), keymap_(std::move(keymap)), names_(std::move(names)) {}
+
+std::string XkbGroupIdentifiers::of(xkb_layout_index_t group) const {
+    std::call_once(named_, [this] { identifiers_ = namer_->identifiers(keymap_.get(), names_); });
+    return group < identifiers_.size() ? identifiers_[group] : std::string(identifierPrefix);
 }
 
 }  // namespace platform::x11

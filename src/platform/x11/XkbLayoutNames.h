@@ -3,6 +3,8 @@
 #include <xkbcommon/xkbcommon.h>
 
 #include <map>
+#include <memory>
+#include <mutex>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -29,17 +31,17 @@ struct XkbRulesNames {
 // behind the keymap (the tool sets them after loading the keymap), so a
 // short name is used only for a group whose layout really is what the rule
 // names say; any other group is named by the keymap's own description.
+// Safe from any thread: it compiles with a context of its own.
 class XkbLayoutNamer {
   public:
-    explicit XkbLayoutNamer(xkb_context* context) : context_(context) {}
-
     std::vector<std::string> identifiers(xkb_keymap* keymap,
                                          const std::optional<XkbRulesNames>& names);
 
   private:
     const std::vector<std::string>& descriptionsFor(const XkbRulesNames& names);
 
-    xkb_context* context_;
+    std::mutex lock_;
+    std::shared_ptr<xkb_context> context_;
     // Descriptions of the groups each set of rule names compiles to; a
     // compilation costs milliseconds, and layouts are switched back and
     // forth.
@@ -47,5 +49,23 @@ class XkbLayoutNamer {
 };
 
 std::vector<std::string> groupDescriptions(xkb_keymap* keymap);
+
+// The identifiers of one keymap's groups, named when first asked for:
+// naming compiles a second keymap from the rule names, milliseconds that
+// the start and each layout change need not wait for. Safe from any thread.
+class XkbGroupIdentifiers {
+  public:
+    XkbGroupIdentifiers(std::shared_ptr<XkbLayoutNamer> namer, std::shared_ptr<xkb_keymap> keymap,
+                        std::optional<XkbRulesNames> names);
+
+    std::string of(xkb_layout_index_t group) const;
+
+  private:
+    std::shared_ptr<XkbLayoutNamer> namer_;
+    std::shared_ptr<xkb_keymap> keymap_;
+    std::optional<XkbRulesNames> names_;
+    mutable std::once_flag named_;
+    mutable std::vector<std::string> identifiers_;
+};
 
 }  // namespace platform::x11

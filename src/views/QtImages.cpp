@@ -4,6 +4,8 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QImageReader>
+#include <QPixmap>
 #include <QString>
 #include <limits>
 
@@ -23,6 +25,28 @@ void ensureViewResources() {
     (void)initialised;
 }
 
+// The image in the file, read as the format its name says. A reader left
+// to detect the format offers the file to every image format plugin before
+// the formats the toolkit reads itself, loading each plugin on the way.
+QImage readAsNamed(const QString& path) {
+    QImageReader reader(path, QFileInfo(path).suffix().toLatin1());
+    reader.setAutoDetectImageFormat(false);
+    return reader.read();
+}
+
+// A file's icon. Drawings stay drawings, sharp at every size; a picture
+// misnamed is read for what it is.
+QIcon fileIcon(const QString& path) {
+    if (!QFile::exists(path))
+        return QIcon();
+    const QString suffix = QFileInfo(path).suffix().toLower();
+    if (suffix != QLatin1String("svg") && suffix != QLatin1String("svgz")) {
+        if (const QImage image = readAsNamed(path); !image.isNull())
+            return QIcon(QPixmap::fromImage(image));
+    }
+    return QIcon(path);
+}
+
 // The largest window icon worth its pixels' transfer.
 constexpr int largestWindowIcon = 64;
 
@@ -35,7 +59,7 @@ QIcon applicationIcon(int largest = std::numeric_limits<int>::max()) {
     const QDir sizes(QStringLiteral(":/icons/AppIcon"));
     for (const QString& file : sizes.entryList(QDir::Files)) {
         if (QFileInfo(file).baseName().toInt() <= largest)
-            icon.addFile(sizes.filePath(file));
+            icon.addPixmap(QPixmap::fromImage(readAsNamed(sizes.filePath(file))));
     }
     return icon;
 }
@@ -66,9 +90,7 @@ QIcon iconFor(const Image& image) {
             return drawn.isNull() ? QIcon::fromTheme(name) : drawn;
         }
         case Image::Kind::file:
-            return QFile::exists(QString::fromStdString(image.path.string()))
-                       ? QIcon(QString::fromStdString(image.path.string()))
-                       : QIcon();
+            return fileIcon(QString::fromStdString(image.path.string()));
     }
     return QIcon();
 }

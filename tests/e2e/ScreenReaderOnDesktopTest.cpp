@@ -73,18 +73,21 @@ TEST_F(ScreenReaderOnDesktopTest, TheTrayShowsOurIconWhoseMenuOffersTheFiveItems
 
 TEST_F(ScreenReaderOnDesktopTest, ThePanelsMenuRowsAndButtonsHaveTheirNames) {
     ASSERT_TRUE(bus.isUp());
+    e2e::Desktop desktop;
+    // The file manager is running by the time the program starts: one that
+    // starts with it may not be known yet, and the program starts its own.
     e2e::RunningProgram fileManager("/usr/bin/pcmanfm", {"--new-win", "/usr"});
+    ASSERT_TRUE(
+        eventually([&] { return !desktop.clientWindowsOf(fileManager.pid()).empty(); }, 15));
     e2e::RunningProgram tarnwick(e2e::tarnwickExecutable(), {});
     ASSERT_TRUE(tarnwick.waitUntilHandling(SIGTERM, 20)) << tarnwick.standardError();
 
-    e2e::Desktop desktop;
     desktop.movePointer(640, 400);
-    ASSERT_TRUE(
-        eventually([&] { return !desktop.clientWindowsOf(fileManager.pid()).empty(); }, 15));
     desktop.pressChord();
     const auto tree = bus.applicationHolding("Tarnwick", "push button", "usr", 15);
     ASSERT_TRUE(tree && tree->find("push button", "usr"))
-        << "the panel never listed the file manager's window: " << (tree ? tree->outline() : "");
+        << "the panel never listed the file manager's window: " << (tree ? tree->outline() : "")
+        << tarnwick.standardOutput() << tarnwick.standardError();
 
     const auto* row = tree->find("push button", "usr");
     std::vector<std::string> buttons;

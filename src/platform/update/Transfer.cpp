@@ -69,9 +69,12 @@ std::optional<UrlParts> partsOf(const CurlLibrary& library, const std::string& u
     return parts;
 }
 
-bool isLoopbackHttp(const CurlLibrary& library, const std::string& url) {
-    const auto parts = partsOf(library, url);
-    return parts && parts->scheme == "http" && isLoopbackHost(parts->host);
+bool isLoopbackHttp(const UrlParts& parts) {
+    return parts.scheme == "http" && isLoopbackHost(parts.host);
+}
+
+bool isPermitted(const std::optional<UrlParts>& parts) {
+    return parts && (parts->scheme == "https" || isLoopbackHttp(*parts));
 }
 
 using SharedState = std::shared_ptr<Transfer::State>;
@@ -148,9 +151,8 @@ TransferFailure failureOf(CURLcode code, const Transfer::State& state) {
     }
 }
 
-void configure(const CurlLibrary& library, CURL* curl, SharedState& shared) {
+void configure(const CurlLibrary& library, CURL* curl, SharedState& shared, bool loopback) {
     auto& state = *shared;
-    const bool loopback = isLoopbackHttp(library, state.url);
     library.easySetopt(curl, CURLOPT_URL, state.url.c_str());
     library.easySetopt(curl, CURLOPT_NOSIGNAL, 1L);
     library.easySetopt(curl, CURLOPT_PROTOCOLS_STR, loopback ? "http" : "https");
@@ -208,7 +210,8 @@ TransferResult run(SharedState& shared) {
         return result;
     }
     const auto& library = *state.library;
-    if (!isPermittedAddress(state.url)) {
+    const auto parts = partsOf(library, state.url);
+    if (!isPermitted(parts)) {
         result.failure = TransferFailure::insecureAddress;
         return result;
     }
@@ -219,7 +222,7 @@ TransferResult run(SharedState& shared) {
     }
     char errorText[CURL_ERROR_SIZE] = {};
     library.easySetopt(curl, CURLOPT_ERRORBUFFER, errorText);
-    configure(library, curl, shared);
+    configure(library, curl, shared, isLoopbackHttp(*parts));
     const auto code = perform(library, curl, state);
     library.easyGetinfo(curl, CURLINFO_RESPONSE_CODE, &result.httpStatus);
     library.easyCleanup(curl);
@@ -234,10 +237,7 @@ TransferResult run(SharedState& shared) {
 
 bool isPermittedAddress(const std::string& url) {
     const auto* library = CurlLibrary::get();
-    const auto parts = library ? partsOf(*library, url) : std::nullopt;
-    if (!parts)
-        return false;
-    return parts->scheme == "https" || (parts->scheme == "http" && isLoopbackHost(parts->host));
+    return library && isPermitted(partsOf(*library, url));
 }
 
 Transfer::Transfer(MainLoopMailbox& mailbox, std::string url, TransferLimits limits,

@@ -103,9 +103,7 @@ void X11WindowMirror::load() {
     for (auto window : byStacking)
         windows_.at(window).activationSerial = ++lastActivation_;
     syncActiveWindow(readRootWindows(connection_.ewmh()._NET_ACTIVE_WINDOW));
-    updateMainWindows(false);
-    mainCandidates_.clear();
-    mainsToRecount_.clear();
+    settleMainWindows(false);
 }
 
 // Any client may send any event to any window, so a sent event never
@@ -164,8 +162,10 @@ void X11WindowMirror::regroup(std::optional<pid_t> applicationPid) {
     for (const auto& move : moves) {
         listener_.windowLeft(move.window, move.from);
         listener_.windowJoined(move.window, move.to);
+        mayLoseMain(move.window, move.from);
+        mayBecomeMain(move.window);
     }
-    updateMainWindows(true);
+    settleMainWindows(true);
 }
 
 const X11WindowState* X11WindowMirror::window(xcb_window_t window) const {
@@ -292,7 +292,7 @@ void X11WindowMirror::settle() {
     if (active)
         syncActiveWindow(receiveRootWindows(*active));
     if (!mainCandidates_.empty() || !mainsToRecount_.empty())
-        settleMainWindows();
+        settleMainWindows(true);
 }
 
 void X11WindowMirror::handleConfigure(const xcb_configure_notify_event_t& event, bool sent) {
@@ -500,20 +500,19 @@ void X11WindowMirror::forget(xcb_window_t window, bool announce) {
 
 void X11WindowMirror::forgetAll(const std::vector<xcb_window_t>& windows, bool announce) {
     std::vector<std::pair<xcb_window_t, pid_t>> left;
+    std::vector<xcb_window_t> gone;
     for (auto window : windows) {
         auto it = windows_.find(window);
         if (it == windows_.end())
             continue;
         left.emplace_back(window, it->second.pid);
+        gone.push_back(window);
         mayLoseMain(window, it->second.pid);
         windows_.erase(it);
         unsubscribe(window);
     }
     // One walk of the list, with a look-up as cheap as a comparison when
     // one window went.
-    std::vector<xcb_window_t> gone;
-    for (const auto& [window, pid] : left)
-        gone.push_back(window);
     std::sort(gone.begin(), gone.end());
     if (!gone.empty())
         std::erase_if(clientList_, [&gone](xcb_window_t window) {
@@ -557,7 +556,7 @@ std::optional<xcb_window_t> X11WindowMirror::mainWindowAmong(pid_t pid) const {
 // order alone made so, is counted again over its windows; otherwise a
 // window that joined, came back or was activated need only beat the main
 // window there is.
-void X11WindowMirror::settleMainWindows() {
+void X11WindowMirror::settleMainWindows(bool announce) {
     const auto recount = std::exchange(mainsToRecount_, {});
     const auto candidates = std::exchange(mainCandidates_, {});
     std::unordered_map<pid_t, std::optional<xcb_window_t>> before;
@@ -583,32 +582,13 @@ void X11WindowMirror::settleMainWindows() {
         before.emplace(pid, mainWindowOf(pid));
         mainWindows_[pid] = window;
     }
+    if (!announce)
+        return;
     for (const auto& [pid, previous] : before) {
         const auto now = mainWindowOf(pid);
         if (now && now != previous)
             listener_.mainWindowChanged(pid, *now);
     }
-}
-
-void X11WindowMirror::updateMainWindows(bool announce) {
-    std::unordered_map<pid_t, xcb_window_t> mains;
-    for (auto window : clientList_) {
-        const auto& state = windows_.at(window);
-        if (!canBeMain(state))
-            continue;
-        auto [it, inserted] = mains.emplace(state.pid, window);
-        if (!inserted && moreRecent(state, windows_.at(it->second)))
-            it->second = window;
-    }
-    if (announce) {
-        for (const auto& [pid, window] : mains) {
-            auto previous = mainWindows_.find(pid);
-            if (previous == mainWindows_.end() || previous->second != window) {
-                listener_.mainWindowChanged(pid, window);
-            }
-        }
-    }
-    mainWindows_ = std::move(mains);
 }
 
 }  // namespace platform::x11

@@ -147,12 +147,12 @@ class X11WindowMirror {
     // Forgets the windows all together: each is gone before the first is told.
     void forgetAll(const std::vector<xcb_window_t>& windows, bool announce);
     void unsubscribe(xcb_window_t window);
-    // Counts every process's main window afresh.
-    void updateMainWindows(bool announce);
     void mayBecomeMain(xcb_window_t window);
     void mayLoseMain(xcb_window_t window, pid_t pid);
     std::optional<xcb_window_t> mainWindowAmong(pid_t pid) const;
-    void settleMainWindows();
+    // Counts the main windows of the processes that may have lost theirs
+    // afresh and lets each candidate beat its process's main window.
+    void settleMainWindows(bool announce);
 
     X11Connection& connection_;
     X11WindowMirrorListener& listener_;

@@ -3,9 +3,10 @@
 // 1,000, or --counts A,B,...) claimed for the file manager's process, first
 // one at a time, then all in one burst. For each N it prints chord to
 // panel painted (median and p99 of --presses presses), the program's CPU
-// per new window while the panel is hidden and while it is shown, the time
-// to answer Escape in the middle of the burst, the CPU the burst cost, and
-// the resident memory before, at its peak and after the windows are gone.
+// and the times its main thread was woken per new window while the panel
+// is hidden and while it is shown, the time to answer Escape in the middle
+// of the burst, the CPU the burst cost, and the resident memory before, at
+// its peak and after the windows are gone.
 // First, the program's CPU per pointer move while the panel fades and
 // while it is closed (--moves of each).
 #include <sys/stat.h>
@@ -27,6 +28,7 @@
 #include <vector>
 
 #include "DesktopDriver.h"
+#include "Footprint.h"
 #include "HarnessOptions.h"
 #include "RepaintWatch.h"
 #include "RunningProgram.h"
@@ -52,18 +54,6 @@ double cpuMilliseconds(pid_t pid) {
     return nanoseconds / 1e6;
 }
 
-// A line of /proc/PID/status in kB, such as "VmRSS" or "VmHWM".
-long statusKilobytes(pid_t pid, const char* field) {
-    std::ifstream in("/proc/" + std::to_string(pid) + "/status");
-    std::string line;
-    const std::string prefix = std::string(field) + ":";
-    while (std::getline(in, line)) {
-        if (line.rfind(prefix, 0) == 0)
-            return std::stol(line.substr(prefix.size()));
-    }
-    return 0;
-}
-
 // Waits until the program has had no CPU for a while: it has dealt with
 // everything sent its way.
 void waitUntilQuiet(pid_t pid) {
@@ -77,6 +67,10 @@ void waitUntilQuiet(pid_t pid) {
         last = now;
     }
 }
+
+// The program's CPU for a window of a burst by which it is surely busy
+// with the burst, but not done with it.
+constexpr double busyCpuPerWindow = 0.05;
 
 // The windows of the test, made on a connection of the harness's own and
 // claimed for another process, as that process's own windows are.
@@ -202,22 +196,24 @@ class Harness {
 
     void measure(long count, long presses) {
         waitUntilQuiet(pid());
-        const long rssBefore = statusKilobytes(pid(), "VmRSS");
+        const long rssBefore = bench::residentKiB(pid());
 
-        const double hiddenCpu = cpuPerWindow(count, "hidden");
+        const PerWindow hidden = costPerWindow(count, "hidden");
         const auto painted = chordToPainted(presses);
         show();
-        const double shownCpu = cpuPerWindow(count, "shown");
+        const PerWindow shown = costPerWindow(count, "shown");
         hide();
         maker_->destroyAll();
         waitUntilQuiet(pid());
 
-        // The burst arrives while the panel is shown; Escape follows at once.
+        // The burst arrives while the panel is shown; Escape comes once the
+        // program is busy with it.
         show();
         const double cpuBefore = cpuMilliseconds(pid());
         for (long i = 0; i < count; ++i)
             maker_->make("Burst window " + std::to_string(i));
         maker_->flush();
+        waitForCpu(cpuBefore + busyCpuPerWindow * static_cast<double>(count));
         const auto pressed = Clock::now();
         desktop_.tap(e2e::escapeKey);
         const bool answered = desktop_.waitForMapping(*panel_, false, 60);
@@ -226,16 +222,18 @@ class Harness {
         const double burstCpu = cpuMilliseconds(pid()) - cpuBefore;
         maker_->destroyAll();
         waitUntilQuiet(pid());
-        const long rssAfter = statusKilobytes(pid(), "VmRSS");
+        const long rssAfter = bench::residentKiB(pid());
 
         std::printf("%5ld windows: chord to painted median %.2f ms, p99 %.2f ms (%zu presses)\n",
                     count, painted.first, painted.second, presses_);
         std::printf("%5ld windows: CPU per new window %.3f ms hidden, %.3f ms shown\n", count,
-                    hiddenCpu, shownCpu);
+                    hidden.cpuMilliseconds, shown.cpuMilliseconds);
+        std::printf("%5ld windows: wake-ups per new window %.1f hidden, %.1f shown\n", count,
+                    hidden.wakeUps, shown.wakeUps);
         std::printf("%5ld windows: burst %.0f ms of CPU, Escape answered in %s%.1f ms\n", count,
                     burstCpu, answered ? "" : "more than ", escapeMs);
         std::printf("%5ld windows: RSS %.1f MB before, peak so far %.1f MB, %.1f MB after\n", count,
-                    rssBefore / 1024.0, statusKilobytes(pid(), "VmHWM") / 1024.0,
+                    rssBefore / 1024.0, bench::statusField(pid(), "VmHWM") / 1024.0,
                     rssAfter / 1024.0);
         std::fflush(stdout);
     }
@@ -257,15 +255,30 @@ class Harness {
         desktop_.waitForMapping(*panel_, false, 10);
     }
 
+    struct PerWindow {
+        double cpuMilliseconds = 0;
+        double wakeUps = 0;
+    };
+
     // Windows added one at a time, each once the server has it.
-    double cpuPerWindow(long count, const char* state) {
-        const double before = cpuMilliseconds(pid());
+    PerWindow costPerWindow(long count, const char* state) {
+        const double cpuBefore = cpuMilliseconds(pid());
+        const long switchesBefore = bench::contextSwitches(pid());
         for (long i = 0; i < count; ++i) {
             maker_->make(std::string("Window ") + state + " " + std::to_string(i));
             maker_->sync();
         }
         waitUntilQuiet(pid());
-        return (cpuMilliseconds(pid()) - before) / static_cast<double>(count);
+        const auto windows = static_cast<double>(count);
+        return {(cpuMilliseconds(pid()) - cpuBefore) / windows,
+                static_cast<double>(bench::contextSwitches(pid()) - switchesBefore) / windows};
+    }
+
+    // Until the program has had that much CPU in all, or a while has passed.
+    void waitForCpu(double milliseconds) {
+        const auto deadline = Clock::now() + std::chrono::seconds(2);
+        while (cpuMilliseconds(pid()) < milliseconds && Clock::now() < deadline)
+            std::this_thread::sleep_for(std::chrono::microseconds(200));
     }
 
     std::pair<double, double> chordToPainted(long presses) {

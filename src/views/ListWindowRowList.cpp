@@ -16,6 +16,7 @@
 
 #include "views/ListRowWidget.h"
 #include "views/PanelLayout.h"
+#include "views/PanelScrollBar.h"
 
 namespace platform::qt {
 
@@ -92,6 +93,7 @@ ListWindowRowList::ListWindowRowList(Coordinator& coordinator, QWidget* parent)
     setFrameShape(QFrame::NoFrame);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
+    setVerticalScrollBar(new PanelScrollBar(this));
     // The rows' widget is as tall as all rows would be, and as wide as the
     // list: its size is worked out here, not by a layout.
     setWidgetResizable(false);

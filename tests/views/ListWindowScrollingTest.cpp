@@ -1,11 +1,15 @@
 #include <gtest/gtest.h>
 
 #include <QGuiApplication>
+#include <QImage>
 #include <QLabel>
 #include <QScreen>
 #include <QScrollBar>
+#include <QStyle>
+#include <QStyleOptionSlider>
 #include <QWheelEvent>
 #include <algorithm>
+#include <cstdlib>
 #include <string>
 
 #include "ListWindowFixture.h"
@@ -119,6 +123,51 @@ TEST_F(ListWindowScrollingTest, ThePanelIsNeverTallerThanTheWorkAreaAndItsRowsSc
     changed.emit();
     ASSERT_TRUE(runQtUntil([&] { return panel->frame().size.height < workArea.height() / 2; }));
     EXPECT_EQ(scrollBar().maximum(), 0);
+}
+
+// The bar's handle is drawn where the bar takes clicks for it, in a
+// colour that stands out from the bar's empty track in light and dark.
+TEST_F(ListWindowScrollingTest, TheScrollBarsHandleStandsOutWhereItIsInLightAndDark) {
+    QScrollBar& bar = scrollBar();
+    ASSERT_TRUE(bar.isVisible());
+    QStyleOptionSlider option;
+    option.initFrom(&bar);
+    option.orientation = bar.orientation();
+    option.minimum = bar.minimum();
+    option.maximum = bar.maximum();
+    option.pageStep = bar.pageStep();
+    option.sliderPosition = bar.sliderPosition();
+    option.upsideDown = bar.invertedAppearance();
+    const QRect handle = bar.style()->subControlRect(QStyle::CC_ScrollBar, &option,
+                                                     QStyle::SC_ScrollBarSlider, &bar);
+    ASSERT_LT(handle.height(), bar.height() / 2);
+    const QPoint onHandle = handle.center();
+    const QPoint onTrack(handle.center().x(), handle.bottom() + bar.height() / 4);
+
+    for (const bool dark : {false, true}) {
+        QPalette palette = bar.palette();
+        if (dark) {
+            palette.setColor(QPalette::Window, QColor(0x2B, 0x2B, 0x2D));
+            palette.setColor(QPalette::WindowText, QColor(0xEC, 0xEC, 0xEC));
+        }
+        bar.setPalette(palette);
+        QImage picture(bar.size(), QImage::Format_ARGB32_Premultiplied);
+        picture.fill(palette.color(QPalette::Window));
+        bar.render(&picture, QPoint(), QRegion(), QWidget::DrawChildren);
+        picture.save(QStringLiteral(TARNWICK_ARTIFACTS_DIR "/panel-scroll-bar-") +
+                     (dark ? "dark.png" : "light.png"));
+        const int handleLightness = picture.pixelColor(onHandle).lightness();
+        const int trackLightness = picture.pixelColor(onTrack).lightness();
+        EXPECT_GT(std::abs(handleLightness - trackLightness), 40) << (dark ? "dark" : "light");
+        EXPECT_EQ(dark, handleLightness > trackLightness) << "ink is the text's colour";
+    }
+
+    // A press on the handle and a drag move the list.
+    const QPoint down = onHandle;
+    mouse(&bar, QEvent::MouseButtonPress, down, Qt::LeftButton);
+    mouse(&bar, QEvent::MouseMove, down + QPoint(0, 40), Qt::LeftButton);
+    mouse(&bar, QEvent::MouseButtonRelease, down + QPoint(0, 40), Qt::NoButton);
+    EXPECT_GT(bar.value(), 0);
 }
 
 // A thousand windows cost what a screenful costs: widgets for the rows in

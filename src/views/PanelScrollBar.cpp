@@ -31,19 +31,18 @@ void paintArrow(QPainter& painter, const QRectF& area, bool up, const QColor& co
 
 PanelScrollBar::PanelScrollBar(QWidget* parent) : QScrollBar(Qt::Vertical, parent) {}
 
-// The parts are where the style places them, so that clicking and dragging
-// hit what is drawn.
-void PanelScrollBar::paintEvent(QPaintEvent*) {
+QRect PanelScrollBar::part(QStyle::SubControl control) const {
     QStyleOptionSlider option;
     initStyleOption(&option);
-    const auto part = [&](QStyle::SubControl control) {
-        return QRectF(style()->subControlRect(QStyle::CC_ScrollBar, &option, control, this));
-    };
+    return style()->subControlRect(QStyle::CC_ScrollBar, &option, control, this);
+}
+
+void PanelScrollBar::paintEvent(QPaintEvent*) {
     QColor ink = palette().color(QPalette::WindowText);
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
 
-    const QRectF handle = part(QStyle::SC_ScrollBarSlider).adjusted(3, 1, -3, -1);
+    const QRectF handle = QRectF(part(QStyle::SC_ScrollBarSlider)).adjusted(3, 1, -3, -1);
     ink.setAlpha(isSliderDown() ? pressedHandleAlpha : handleAlpha);
     const double radius = handle.width() / 2;
     painter.setPen(Qt::NoPen);
@@ -51,8 +50,8 @@ void PanelScrollBar::paintEvent(QPaintEvent*) {
     painter.drawRoundedRect(handle, radius, radius);
 
     ink.setAlpha(arrowAlpha);
-    paintArrow(painter, part(QStyle::SC_ScrollBarSubLine), true, ink);
-    paintArrow(painter, part(QStyle::SC_ScrollBarAddLine), false, ink);
+    paintArrow(painter, QRectF(part(QStyle::SC_ScrollBarSubLine)), true, ink);
+    paintArrow(painter, QRectF(part(QStyle::SC_ScrollBarAddLine)), false, ink);
 }
 
 }  // namespace platform::qt

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QScrollBar>
+#include <QStyle>
 
 namespace platform::qt {
 
@@ -12,6 +13,10 @@ namespace platform::qt {
 class PanelScrollBar final : public QScrollBar {
   public:
     explicit PanelScrollBar(QWidget* parent = nullptr);
+
+    // Where a part is: where the style places it, so that presses hit what
+    // is drawn.
+    QRect part(QStyle::SubControl control) const;
 
   protected:
     void paintEvent(QPaintEvent* event) override;

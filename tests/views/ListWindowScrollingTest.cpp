@@ -5,8 +5,6 @@
 #include <QLabel>
 #include <QScreen>
 #include <QScrollBar>
-#include <QStyle>
-#include <QStyleOptionSlider>
 #include <QWheelEvent>
 #include <algorithm>
 #include <cstdlib>
@@ -15,6 +13,7 @@
 #include "ListWindowFixture.h"
 #include "QtTestSupport.h"
 #include "views/PanelLayout.h"
+#include "views/PanelScrollBar.h"
 #include "views/QtContentView.h"
 #include "views/QtToolkit.h"
 
@@ -128,18 +127,9 @@ TEST_F(ListWindowScrollingTest, ThePanelIsNeverTallerThanTheWorkAreaAndItsRowsSc
 // The bar's handle is drawn where the bar takes clicks for it, in a
 // colour that stands out from the bar's empty track in light and dark.
 TEST_F(ListWindowScrollingTest, TheScrollBarsHandleStandsOutWhereItIsInLightAndDark) {
-    QScrollBar& bar = scrollBar();
+    auto& bar = dynamic_cast<platform::qt::PanelScrollBar&>(scrollBar());
     ASSERT_TRUE(bar.isVisible());
-    QStyleOptionSlider option;
-    option.initFrom(&bar);
-    option.orientation = bar.orientation();
-    option.minimum = bar.minimum();
-    option.maximum = bar.maximum();
-    option.pageStep = bar.pageStep();
-    option.sliderPosition = bar.sliderPosition();
-    option.upsideDown = bar.invertedAppearance();
-    const QRect handle = bar.style()->subControlRect(QStyle::CC_ScrollBar, &option,
-                                                     QStyle::SC_ScrollBarSlider, &bar);
+    const QRect handle = bar.part(QStyle::SC_ScrollBarSlider);
     ASSERT_LT(handle.height(), bar.height() / 2);
     const QPoint onHandle = handle.center();
     const QPoint onTrack(handle.center().x(), handle.bottom() + bar.height() / 4);

@@ -16,6 +16,21 @@ namespace platform::qt::x11 {
 using platform::x11::awaitReply;
 using platform::x11::internAtom;
 
+namespace {
+
+// Atoms are the server's for as long as it runs: each is asked for once.
+xcb_atom_t requestFrameExtentsAtom(xcb_connection_t* connection) {
+    static const xcb_atom_t atom = internAtom(connection, "_NET_REQUEST_FRAME_EXTENTS");
+    return atom;
+}
+
+xcb_atom_t frameExtentsAtom(xcb_connection_t* connection) {
+    static const xcb_atom_t atom = internAtom(connection, "_NET_FRAME_EXTENTS");
+    return atom;
+}
+
+}  // namespace
+
 void requestFrameExtents(QWidget& window) {
     xcb_connection_t* connection = connectionFor(window);
     if (!connection)
@@ -24,23 +39,19 @@ void requestFrameExtents(QWidget& window) {
     message.response_type = XCB_CLIENT_MESSAGE;
     message.format = 32;
     message.window = static_cast<xcb_window_t>(window.winId());
-    message.type = internAtom(connection, "_NET_REQUEST_FRAME_EXTENTS");
+    message.type = requestFrameExtentsAtom(connection);
     platform::x11::sendToWindowManager(connection, rootOf(connection), message);
     xcb_flush(connection);
 }
 
-namespace {
-
-xcb_atom_t frameExtentsAtom(xcb_connection_t* connection) {
-    return internAtom(connection, "_NET_FRAME_EXTENTS");
-}
-
-std::optional<QMargins> readFrameExtents(QWidget& window, xcb_connection_t* connection,
-                                         xcb_atom_t property) {
+std::optional<QMargins> frameExtents(QWidget& window) {
+    xcb_connection_t* connection = connectionFor(window);
+    if (!connection)
+        return std::nullopt;
     const auto id = static_cast<xcb_window_t>(window.winId());
-    const auto extents =
-        awaitReply(connection, xcb_get_property_reply,
-                   xcb_get_property(connection, 0, id, property, XCB_ATOM_CARDINAL, 0, 4));
+    const auto extents = awaitReply(
+        connection, xcb_get_property_reply,
+        xcb_get_property(connection, 0, id, frameExtentsAtom(connection), XCB_ATOM_CARDINAL, 0, 4));
     if (!extents || extents->format != 32 || xcb_get_property_value_length(extents.get()) != 16)
         return std::nullopt;
     // Left, right, top, bottom, in the server's device pixels; the window
@@ -53,27 +64,16 @@ std::optional<QMargins> readFrameExtents(QWidget& window, xcb_connection_t* conn
     return QMargins(inPoints(sides[0]), inPoints(sides[2]), inPoints(sides[1]), inPoints(sides[3]));
 }
 
-}  // namespace
-
-std::optional<QMargins> frameExtents(QWidget& window) {
-    xcb_connection_t* connection = connectionFor(window);
-    if (!connection)
-        return std::nullopt;
-    return readFrameExtents(window, connection, frameExtentsAtom(connection));
-}
-
 // The answer comes as a property change on a connection whose events Qt
 // reads on its own thread; looking for the property every few milliseconds
 // keeps out of Qt's way.
 std::optional<QMargins> awaitFrameExtents(QWidget& window, std::chrono::milliseconds patience) {
-    xcb_connection_t* connection = connectionFor(window);
-    if (!connection)
+    if (!connectionFor(window))
         return std::nullopt;
     requestFrameExtents(window);
-    const xcb_atom_t property = frameExtentsAtom(connection);
     const auto deadline = std::chrono::steady_clock::now() + patience;
     for (;;) {
-        if (auto extents = readFrameExtents(window, connection, property))
+        if (auto extents = frameExtents(window))
             return extents;
         if (std::chrono::steady_clock::now() >= deadline)
             return std::nullopt;

@@ -119,6 +119,7 @@ void SimMainLoop::advance(double seconds) {
 bool SimMainLoop::runUntil(const std::function<bool()>& predicate, double realSeconds) {
     using Clock = std::chrono::steady_clock;
     const auto deadline = Clock::now() + std::chrono::duration<double>(realSeconds);
+    auto last = Clock::now();
     for (;;) {
         runUntilIdle();
         if (predicate())
@@ -126,6 +127,11 @@ bool SimMainLoop::runUntil(const std::function<bool()>& predicate, double realSe
         if (Clock::now() >= deadline)
             return false;
         pollDescriptors(10);
+        // The clock keeps pace with the real time waited, so that timers of
+        // code reacting to the real world come due as they would.
+        const auto now = Clock::now();
+        advance(std::chrono::duration<double>(now - last).count());
+        last = now;
     }
 }
 

@@ -32,7 +32,8 @@ class SimMainLoop final : public MainLoop {
     // comes due on the way, in order.
     void advance(double seconds);
     // Runs the loop (polling descriptors, waiting up to the real timeout)
-    // until the predicate holds. False when the time ran out first.
+    // until the predicate holds, moving the clock by the real time waited.
+    // False when the time ran out first.
     bool runUntil(const std::function<bool()>& predicate, double realSeconds = 5.0);
 
     std::size_t pendingTaskCount() const { return tasks_.size(); }

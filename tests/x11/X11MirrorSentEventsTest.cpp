@@ -83,13 +83,16 @@ class X11MirrorSentEventsTest : public ::testing::Test {
         return std::find(list.begin(), list.end(), window) != list.end();
     }
     // Events are taken in order: once a later real change is seen, the
-    // sent events before it have been handled.
+    // sent events before it have been handled, and a second later the root
+    // lists they named have been read, however recently they were last.
     bool handledUpTo(xcb_window_t window, const std::string& title) {
         setTitle(window, title);
-        return loop.runUntil([&] {
+        const bool handled = loop.runUntil([&] {
             const auto* state = ax->windowMirror().window(window);
             return state && state->title() == title;
         });
+        loop.advance(1);
+        return handled;
     }
 
     InputTestDisplay display;
@@ -207,6 +210,42 @@ TEST_F(X11MirrorSentEventsTest, TheMainWindowFollowsActivationAndFallsBackWhenIt
     using Main = std::pair<pid_t, xcb_window_t>;
     EXPECT_EQ(changes.mains, (std::vector<Main>{{pid, a}, {pid, b}, {pid, c}, {pid, a}, {pid, c}}));
     ax->removeWindowListener(token);
+}
+
+// A window manager rewrites the lists several times for each window, so
+// they are read at most once in a while; but nothing reads a list older
+// than the last one the server announced.
+TEST_F(X11MirrorSentEventsTest, AListChangedSoonAfterTheLastIsReadLaterButNeverMissedByAReader) {
+    const xcb_window_t a = createWindow(0, 0, 50, 40);
+    const xcb_window_t b = createWindow(60, 0, 50, 40);
+    const xcb_window_t c = createWindow(120, 0, 50, 40);
+    publishClientList({a}, a);
+    const pid_t pid = ax->windowMirror().window(a)->pid;
+    if (pid <= 0)
+        GTEST_SKIP() << "the server doesn't tell which process made a window";
+    const auto application = ax->createApplication(pid);
+    const auto windowCount = [&] {
+        std::int64_t count = -1;
+        EXPECT_EQ(ax->getAttributeValueCount(application, "AXWindows", count),
+                  platform::axError::success);
+        return count;
+    };
+
+    // The first change after a quiet spell is read at once.
+    setWindows(client.root(), "_NET_CLIENT_LIST", {a, b});
+    ASSERT_TRUE(loop.runUntil([&] { return listed(b); }));
+    // The next, right after, waits; a reader still gets it.
+    setWindows(client.root(), "_NET_CLIENT_LIST", {a, b, c});
+    setTitle(a, "after the second list");
+    ASSERT_TRUE(loop.runUntil(
+        [&] { return ax->windowMirror().window(a)->title() == "after the second list"; }));
+    EXPECT_EQ(windowCount(), 3);
+    EXPECT_TRUE(listed(c));
+
+    // Unread, a waiting change is taken in when its interval ends.
+    setWindows(client.root(), "_NET_CLIENT_LIST", {a, c});
+    EXPECT_TRUE(loop.runUntil([&] { return !listed(b); }));
+    EXPECT_EQ(windowCount(), 2);
 }
 
 }  // namespace

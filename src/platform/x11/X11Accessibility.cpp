@@ -35,14 +35,13 @@ X11Accessibility::X11Accessibility(MainLoop& loop, std::unique_ptr<X11Connection
       commands_(*connection_, mirror_) {
     mirror_.load();
     xcb_flush(connection_->connection());
-    watch_ = loop_.watchFileDescriptor(connection_->fileDescriptor(), [this] { processEvents(); });
+    watch();
     // Loading may have taken events in already; the descriptor won't tell.
     takeQueuedEvents();
 }
 
 X11Accessibility::~X11Accessibility() {
-    if (watch_)
-        loop_.unwatch(watch_);
+    stopWatching();
 }
 
 bool X11Accessibility::isConnected() const {
@@ -50,44 +49,80 @@ bool X11Accessibility::isConnected() const {
 }
 
 void X11Accessibility::processEvents() {
-    std::size_t handled = 0;
-    while (handled < maxEventsPerTurn) {
-        Reply<xcb_generic_event_t> event(xcb_poll_for_event(connection_->connection()));
-        if (!event)
-            event = settleMirror();
-        if (!event)
-            break;
+    takeEvents(false);
+}
+
+void X11Accessibility::catchUp() {
+    if (!settleGate_.waiting())
+        return;
+    settleGate_.cancel();
+    resume();
+}
+
+void X11Accessibility::resume() {
+    watch();
+    takeEvents(true);
+}
+
+void X11Accessibility::takeEvents(bool settleNow) {
+    for (std::size_t handled = 0; handled < maxEventsPerTurn; ++handled) {
+        const auto event = nextEvent(true, settleNow);
+        if (!event) {
+            stopWatchingIfDisconnected();
+            return;
+        }
         handle(*event);
-        ++handled;
     }
-    if (handled == maxEventsPerTurn) {
-        mirror_.settle();
-        // A flood of events takes turns with the rest of the loop's work.
+    // A flood of events takes turns with the rest of the loop's work.
+    if (settleMirror(settleNow))
         loop_.post(lifetime_.guard([this] { processEvents(); }));
-    }
-    if (!isConnected() && watch_) {
-        // A dead connection stays readable forever; stop listening to it.
-        loop_.unwatch(watch_);
-        watch_ = {};
-    }
+    stopWatchingIfDisconnected();
 }
 
 void X11Accessibility::takeQueuedEvents() {
-    while (Reply<xcb_generic_event_t> event{queuedEventOrSettle()})
+    while (const auto event = nextEvent(false, true))
         handle(*event);
 }
 
-Reply<xcb_generic_event_t> X11Accessibility::queuedEventOrSettle() {
-    Reply<xcb_generic_event_t> event(xcb_poll_for_queued_event(connection_->connection()));
-    return event ? std::move(event) : settleMirror();
+// Waiting for the settle's replies may read further events off the socket,
+// which then won't turn readable for them: the first of them comes back.
+Reply<xcb_generic_event_t> X11Accessibility::nextEvent(bool readSocket, bool settleNow) {
+    auto* c = connection_->connection();
+    Reply<xcb_generic_event_t> event(readSocket ? xcb_poll_for_event(c)
+                                                : xcb_poll_for_queued_event(c));
+    if (!event && settleMirror(settleNow))
+        event.reset(xcb_poll_for_queued_event(c));
+    return event;
 }
 
-// The mirror asks the server what the events said changed; waiting for
-// those replies may read further events off the socket, which then won't
-// turn readable for them: the first of them is handed back.
-Reply<xcb_generic_event_t> X11Accessibility::settleMirror() {
+bool X11Accessibility::settleMirror(bool now) {
+    if (!mirror_.unsettled())
+        return true;
+    if (!now && !settleGate_.admitsNow()) {
+        // Events that come meanwhile wait in the socket for the gate's run.
+        stopWatching();
+        return false;
+    }
+    settleGate_.ran();
     mirror_.settle();
-    return Reply<xcb_generic_event_t>(xcb_poll_for_queued_event(connection_->connection()));
+    return true;
+}
+
+void X11Accessibility::watch() {
+    if (!watch_ && isConnected())
+        watch_ =
+            loop_.watchFileDescriptor(connection_->fileDescriptor(), [this] { processEvents(); });
+}
+
+void X11Accessibility::stopWatching() {
+    if (watch_)
+        loop_.unwatch(std::exchange(watch_, {}));
+}
+
+// A dead connection stays readable forever; stop listening to it.
+void X11Accessibility::stopWatchingIfDisconnected() {
+    if (!isConnected())
+        stopWatching();
 }
 
 // Errors come here too, unread: they answer requests about windows that
@@ -98,7 +133,8 @@ void X11Accessibility::handle(const xcb_generic_event_t& event) {
 }
 
 AXErrorCode X11Accessibility::liveElement(const AXUIElementRef& element,
-                                          const X11ElementKey*& key) const {
+                                          const X11ElementKey*& key) {
+    catchUp();
     const auto* x11Element = X11Element::from(element);
     if (!x11Element)
         return axError::illegalArgument;

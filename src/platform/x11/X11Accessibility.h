@@ -3,6 +3,7 @@
 #include <memory>
 
 #include "platform/Accessibility.h"
+#include "platform/IntervalGate.h"
 #include "platform/LifetimeGuard.h"
 #include "platform/MainLoop.h"
 #include "platform/x11/X11Connection.h"
@@ -103,13 +104,30 @@ class X11Accessibility final : public Accessibility {
 
   private:
     // The element behind the handle, when it is ours and still stands for
-    // something; otherwise the code to answer with.
-    AXErrorCode liveElement(const AXUIElementRef& element, const X11ElementKey*& key) const;
+    // something, with the mirror brought up to date first; otherwise the
+    // code to answer with.
+    AXErrorCode liveElement(const AXUIElementRef& element, const X11ElementKey*& key);
     AXErrorCode readArray(const AXUIElementRef& element, const std::string& attribute,
                           const CFValue::Array*& array, std::optional<CFValue>& holder);
+    // Settles now what the gate holds back, so that a read answers with
+    // what the server said last.
+    void catchUp();
+    // Listens to the connection again and settles what waited.
+    void resume();
+    // Takes in a bounded number of events, settling the mirror now or when
+    // the gate lets it.
+    void takeEvents(bool settleNow);
     void takeQueuedEvents();
-    Reply<xcb_generic_event_t> queuedEventOrSettle();
-    Reply<xcb_generic_event_t> settleMirror();
+    // The next event, from the socket or only from those read already;
+    // with none, the mirror settles (now or as the gate lets it) and an
+    // event read meanwhile comes back. Null when there is none.
+    Reply<xcb_generic_event_t> nextEvent(bool readSocket, bool settleNow);
+    // Settles the mirror if anything is unsettled: now, or at the gate's
+    // run, not listening to the connection meanwhile. False when put off.
+    bool settleMirror(bool now);
+    void watch();
+    void stopWatching();
+    void stopWatchingIfDisconnected();
     void handle(const xcb_generic_event_t& event);
     // The check window of a window manager that answers, asked of the
     // server; none when none answers.
@@ -122,6 +140,12 @@ class X11Accessibility final : public Accessibility {
     X11WindowMirrorListeners listeners_{hub_};
     X11WindowMirror mirror_;
     X11ElementCommands commands_;
+    // A window manager rewrites the root's lists several times for each
+    // window that comes, and in a flood of windows without pause: reading
+    // them at most once per interval lets one read serve many changes. The
+    // first change after a quiet spell is read at once.
+    static constexpr double settleInterval = 0.1;
+    IntervalGate settleGate_{loop_, settleInterval, [this] { resume(); }};
     Token watch_;
     // The check window of the window manager that last answered.
     xcb_window_t answeringCheck_ = XCB_NONE;

@@ -295,6 +295,11 @@ void X11WindowMirror::settle() {
         settleMainWindows(true);
 }
 
+bool X11WindowMirror::unsettled() const {
+    return pending_.clientList || pending_.stacking || pending_.activeWindow ||
+           !mainCandidates_.empty() || !mainsToRecount_.empty();
+}
+
 void X11WindowMirror::handleConfigure(const xcb_configure_notify_event_t& event, bool sent) {
     if (event.window == connection_.root()) {
         if (!sent)

@@ -99,6 +99,8 @@ class X11WindowMirror {
     // however many named it, then settles the main windows. Called after
     // each batch of events.
     void settle();
+    // Whether the events since the last settle left it anything to do.
+    bool unsettled() const;
     // From now on the windows' pid is the process standing for their
     // application, as the grouping says; the windows there are are grouped
     // at once. Null: each process stands for itself.

@@ -48,11 +48,11 @@ QtWindow::QtWindow(Kind kind, WindowStyleMask styleMask, ShowPreparation prepare
       widget_(std::make_unique<Widget>(*this)),
       layout_(new QVBoxLayout(widget_.get())),
       frameExtentsRequest_([this] {
-          if (!widget_->isVisible())
+          if (!widget_->isVisible() &&
+              !widget_->windowFlags().testFlag(Qt::BypassWindowManagerHint))
               x11::requestFrameExtents(*widget_);
       }) {
     if (kind == Kind::panel) {
-        stacking_ = std::make_unique<x11::PanelStacking>();
         exposure_ = std::make_unique<x11::QtWindowExposure>(*widget_);
     }
     layout_->setContentsMargins(0, 0, 0, 0);
@@ -144,6 +144,8 @@ QRect QtWindow::expectedFrameGeometry() const {
                      frame.right() - content.right(), frame.bottom() - content.bottom());
         return frame;
     }
+    if (!frameMargins_ && widget_->windowFlags().testFlag(Qt::BypassWindowManagerHint))
+        frameMargins_ = QMargins();
     if (!frameMargins_ && !widget_->isVisible()) {
         frameMargins_ = frameExtentsAwaited_ ? x11::frameExtents(*widget_)
                                              : x11::awaitFrameExtents(*widget_, firstFramePatience);
@@ -200,10 +202,6 @@ void QtWindow::show(bool activating) {
         prepareForShow_(widget_.get());
     widget_->setAttribute(Qt::WA_ShowWithoutActivating, !activating);
     awaitingDecoration_ = !widget_->isVisible();
-    if (stacking_ && awaitingDecoration_) {
-        widget_->winId();
-        stacking_->stackAboveActiveWindow(*widget_);
-    }
     widget_->show();
     keepPlacedOrigin();
     widget_->raise();

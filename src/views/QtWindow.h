@@ -9,7 +9,6 @@
 
 #include "platform/Window.h"
 #include "views/OncePerTurn.h"
-#include "views/PanelStacking.h"
 #include "views/QtWindowExposure.h"
 
 class QRect;
@@ -104,7 +103,6 @@ class QtWindow final : public Window {
     OncePerTurn frameExtentsRequest_;
     std::shared_ptr<ContentView> contentView_;
     // For a panel only.
-    std::unique_ptr<x11::PanelStacking> stacking_;
     std::unique_ptr<x11::QtWindowExposure> exposure_;
 };
 

@@ -29,6 +29,13 @@ Qt::WindowFlags windowFlagsFor(bool isPanel, WindowStyleMask styleMask, WindowLe
     if (isPanel || (styleMask & windowStyle::nonactivatingPanel)) {
         flags |= Qt::WindowDoesNotAcceptFocus;
     }
+    // The panel needs no frame, no focus and no place in the window
+    // manager's lists, and a managed window is framed, listed and stacked
+    // anew at each showing, work that grows with the windows on the desktop.
+    // Passing the manager by, it is mapped straight above every window, the
+    // active full-screen one included, and is on the screen at once.
+    if (isPanel)
+        flags |= Qt::BypassWindowManagerHint;
     if (isPanel || level >= windowLevel::floating)
         flags |= Qt::WindowStaysOnTopHint;
     return flags;

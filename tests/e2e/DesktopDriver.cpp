@@ -158,18 +158,23 @@ std::vector<ClientWindow> Desktop::clientWindowsOf(pid_t pid) {
 }
 
 bool Desktop::hasState(xcb_window_t window, const char* state) {
-    const xcb_atom_t wanted = atom(state);
-    for (auto present : property(window, "_NET_WM_STATE", XCB_ATOM_ATOM, 32)) {
+    return listsAtom(window, "_NET_WM_STATE", state);
+}
+
+bool Desktop::listsAtom(xcb_window_t window, const char* property, const char* name) {
+    const xcb_atom_t wanted = atom(name);
+    for (auto present : this->property(window, property, XCB_ATOM_ATOM, 32)) {
         if (present == wanted)
             return true;
     }
     return false;
 }
 
-// The window manager's list of the windows it manages: not the windows of
-// ours that sit elsewhere (a tray's icon, say), whatever their names.
+// The panel passes the window manager by: it is one of the root's own
+// children, not a client the window manager lists, and it is only there
+// while it is shown.
 std::optional<xcb_window_t> Desktop::panelClient(pid_t pid) {
-    for (auto window : property(root_, "_NET_CLIENT_LIST", XCB_ATOM_WINDOW, 1024)) {
+    for (auto window : children(root_)) {
         if (isOurPanel(window, pid))
             return window;
     }
@@ -215,8 +220,10 @@ std::vector<Geometry> Desktop::popupsOf(pid_t pid) {
     std::vector<Geometry> popups;
     for (const auto window : children(root_)) {
         bool overrideRedirect = false;
-        if (isViewable(window, &overrideRedirect) && overrideRedirect && ownerOf(window) == pid)
+        if (isViewable(window, &overrideRedirect) && overrideRedirect && ownerOf(window) == pid &&
+            !isOurPanel(window, pid)) {
             popups.push_back(geometry(window));
+        }
     }
     return popups;
 }
@@ -263,8 +270,10 @@ std::optional<xcb_window_t> Desktop::parentOf(xcb_window_t window) {
     return tree ? std::optional(tree->parent) : std::nullopt;
 }
 
+// Qt names its menus after the program too; the panel is the utility window.
 bool Desktop::isOurPanel(xcb_window_t window, pid_t pid) {
-    return isViewable(window) && ownerOf(window) == pid && title(window) == "Tarnwick";
+    return isViewable(window) && ownerOf(window) == pid && title(window) == "Tarnwick" &&
+           listsAtom(window, "_NET_WM_WINDOW_TYPE", "_NET_WM_WINDOW_TYPE_UTILITY");
 }
 
 bool Desktop::isViewable(xcb_window_t window, bool* overrideRedirect) {

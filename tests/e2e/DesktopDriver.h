@@ -97,6 +97,7 @@ class Desktop {
   private:
     std::optional<xcb_window_t> parentOf(xcb_window_t window);
     bool isOurPanel(xcb_window_t window, pid_t pid);
+    bool listsAtom(xcb_window_t window, const char* property, const char* name);
     bool isViewable(xcb_window_t window, bool* overrideRedirect = nullptr);
     pid_t ownerOf(xcb_window_t window);
     std::vector<xcb_window_t> children(xcb_window_t window);

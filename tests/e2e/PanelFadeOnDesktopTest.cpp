@@ -19,7 +19,7 @@ namespace {
 
 using e2e::eventually;
 
-// The opacity the window asks for, as the window manager reads it: the
+// The opacity the window asks for, as a compositor reads it: the
 // fraction of 0xffffffff in _NET_WM_WINDOW_OPACITY, 1 when it is unset.
 class OpacityReader {
   public:

@@ -47,8 +47,7 @@ class PanelOnDesktopTest : public ::testing::Test {
     e2e::PrivateFolders folders;
 };
 
-// The shown panel's frame, read once the window manager has framed it and
-// it stays put.
+// The shown panel's place, read once it stays put.
 std::optional<Geometry> settledPanel(Desktop& desktop, pid_t pid) {
     std::optional<Geometry> panel;
     const bool settled = eventually([&] {
@@ -108,12 +107,12 @@ TEST_F(PanelOnDesktopTest, TheChordBringsThePanelToThePointerAndEscapeAndDistanc
     desktop.pressChord();
     const auto panel = settledPanel(desktop, tarnwick.pid());
     ASSERT_TRUE(panel) << tarnwick.standardOutput() << tarnwick.standardError();
-    // Centred on the pointer, the window manager's frame included.
+    // Centred on the pointer, unframed.
     EXPECT_NEAR(panel->x + panel->width / 2.0, 640, 2);
     EXPECT_NEAR(panel->y + panel->height / 2.0, 400, 2);
     EXPECT_EQ(desktop.activeWindow(), active);
-    // The window manager reads the panel's icon each time it takes the
-    // panel: a 64-point icon and its smaller sizes, not the large ones.
+    // Whoever reads the panel's icon (a pager, a task switcher) reads a
+    // 64-point icon and its smaller sizes, not the large ones.
     const auto client = desktop.panelClient(tarnwick.pid());
     ASSERT_TRUE(client);
     const auto icon = desktop.property(*client, "_NET_WM_ICON", XCB_ATOM_CARDINAL, 1 << 20);

@@ -38,8 +38,13 @@ void chooseFromStatusMenu(Desktop& desktop, pid_t program, int item) {
 }
 
 void openPanelMenuAt(Desktop& desktop, pid_t program, const PanelMap& map, int entry) {
+    // A person clicks a panel they have seen drawn: a click in the instant it
+    // is mapped, before its first drawing, is not what is tested here.
+    std::this_thread::sleep_for(std::chrono::milliseconds(150));
     desktop.click(map.menuButton());
-    ASSERT_TRUE(eventually([&] { return desktop.popupsOf(program).size() == 1; }));
+    ASSERT_TRUE(eventually([&] { return desktop.popupsOf(program).size() == 1; }))
+        << desktop.popupsOf(program).size() << " menus; panel "
+        << desktop.panelClient(program).has_value();
     ASSERT_TRUE(eventually([&] { return desktop.keyboardIsGrabbed(); }));
     for (int step = 0; step <= entry; ++step)
         desktop.tap(downKey);

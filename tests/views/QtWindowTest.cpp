@@ -92,6 +92,7 @@ TEST(QtWindow, StyleAndLevelBecomeWindowFlags) {
     EXPECT_TRUE(panel.testFlag(Qt::WindowDoesNotAcceptFocus));
     EXPECT_TRUE(panel.testFlag(Qt::WindowStaysOnTopHint));
     EXPECT_FALSE(panel.testFlag(Qt::WindowMaximizeButtonHint));
+    EXPECT_TRUE(panel.testFlag(Qt::BypassWindowManagerHint));
 
     // Settings: titled, closable, full-size content, floating.
     const auto settings = windowFlagsFor(false, 4099, windowLevel::floating);
@@ -100,6 +101,7 @@ TEST(QtWindow, StyleAndLevelBecomeWindowFlags) {
     EXPECT_FALSE(settings.testFlag(Qt::WindowMinimizeButtonHint));
     EXPECT_TRUE(settings.testFlag(Qt::WindowStaysOnTopHint));
     EXPECT_FALSE(settings.testFlag(Qt::WindowDoesNotAcceptFocus));
+    EXPECT_FALSE(settings.testFlag(Qt::BypassWindowManagerHint));
 
     EXPECT_TRUE(
         windowFlagsFor(false, windowStyle::borderless, 0).testFlag(Qt::FramelessWindowHint));

@@ -48,8 +48,7 @@ QtWindow::QtWindow(Kind kind, WindowStyleMask styleMask, ShowPreparation prepare
       widget_(std::make_unique<Widget>(*this)),
       layout_(new QVBoxLayout(widget_.get())),
       frameExtentsRequest_([this] {
-          if (!widget_->isVisible() &&
-              !widget_->windowFlags().testFlag(Qt::BypassWindowManagerHint))
+          if (!widget_->isVisible() && !bypassesWindowManager())
               x11::requestFrameExtents(*widget_);
       }) {
     if (kind == Kind::panel) {
@@ -134,7 +133,8 @@ CGRect QtWindow::frame() const {
 // frame, once known, is kept: the pointer's distance reads it at every
 // move, and it doesn't change while hidden. A shown window that Qt sees
 // unframed has no frame to ask the server about, which spares those moves
-// a round trip when no window manager frames it.
+// a round trip when no window manager frames it; one the window manager
+// passes by is never asked about.
 QRect QtWindow::expectedFrameGeometry() const {
     const QRect frame = widget_->frameGeometry();
     const QRect content = widget_->geometry();
@@ -144,7 +144,7 @@ QRect QtWindow::expectedFrameGeometry() const {
                      frame.right() - content.right(), frame.bottom() - content.bottom());
         return frame;
     }
-    if (!frameMargins_ && widget_->windowFlags().testFlag(Qt::BypassWindowManagerHint))
+    if (!frameMargins_ && bypassesWindowManager())
         frameMargins_ = QMargins();
     if (!frameMargins_ && !widget_->isVisible()) {
         frameMargins_ = frameExtentsAwaited_ ? x11::frameExtents(*widget_)
@@ -152,6 +152,10 @@ QRect QtWindow::expectedFrameGeometry() const {
         frameExtentsAwaited_ = true;
     }
     return frameMargins_ ? QRect(frame.topLeft(), frame.size().grownBy(*frameMargins_)) : frame;
+}
+
+bool QtWindow::bypassesWindowManager() const {
+    return widget_->windowFlags().testFlag(Qt::BypassWindowManagerHint);
 }
 
 // Qt places a window by its frame once it knows the frame. Before that it

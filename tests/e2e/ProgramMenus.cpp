@@ -38,8 +38,10 @@ void chooseFromStatusMenu(Desktop& desktop, pid_t program, int item) {
 }
 
 void openPanelMenuAt(Desktop& desktop, pid_t program, const PanelMap& map, int entry) {
-    // A person clicks a panel they have seen drawn: a click in the instant it
-    // is mapped, before its first drawing, is not what is tested here.
+    // When a window of ours has the keyboard, the toolkit hands it the
+    // chord's own key presses a moment after the panel is up; a menu opened
+    // before they come closes at the Alt press, as menus do. A person clicks
+    // a panel they have seen drawn, well after that.
     std::this_thread::sleep_for(std::chrono::milliseconds(150));
     desktop.click(map.menuButton());
     ASSERT_TRUE(eventually([&] { return desktop.popupsOf(program).size() == 1; }))

@@ -65,11 +65,10 @@ class Desktop {
 
     // The client window of the panel while it is shown.
     std::optional<xcb_window_t> panelClient(pid_t pid);
-    // The viewable top-level window named "Tarnwick" of the process, with its
-    // decorated frame in root coordinates.
+    // Where the panel is while it is shown, in root coordinates: it is a
+    // top-level window of its own, which no window manager frames.
     std::optional<Geometry> shownPanel(pid_t pid);
-    // The panel's own content, without the window manager's frame, in root
-    // coordinates.
+    // The panel's own content, in root coordinates.
     std::optional<Geometry> panelContent(pid_t pid);
     // The icon of the program of that window class inside the tray host's
     // window (a window of class "tint2" below the root), once it is there.

@@ -169,6 +169,30 @@ TEST_F(ListRowsOnDesktopTest, ARetitledWindowShowsItsNewTitleWhileShownAndAfterT
     stopTarnwick();
 }
 
+// The window manager passes the panel by: a window it maps and places
+// under the shown panel is listed there, and stays below it.
+TEST_F(ListRowsOnDesktopTest, AWindowOpenedUnderTheShownPanelIsListedAndStaysBelowIt) {
+    startTarnwick();
+    showPanel();
+    ASSERT_TRUE(panelWithRows(1));
+    const xcb_window_t panel = *desktop.panelClient(tarnwick->pid());
+    const xcb_window_t opened = client.create("under", "Opened under the panel");
+    client.claimPid("under", fileManager->pid());
+    client.move("under", 560, 340);
+
+    const auto map = panelWithRows(2);
+    ASSERT_TRUE(map);
+    const auto row = map->row(1);
+    EXPECT_TRUE(eventually([&] { return desktop.topmostFrameAt(row) == panel; }))
+        << "the row is covered by " << desktop.topmostFrameAt(row).value_or(0);
+    // Where the panel was, the window is.
+    desktop.tap(e2e::escapeKey);
+    ASSERT_TRUE(panelIsGone());
+    EXPECT_TRUE(eventually([&] { return desktop.topmostFrameAt(row) == desktop.frameOf(opened); }))
+        << "the window was not placed under the row";
+    stopTarnwick();
+}
+
 TEST_F(ListRowsOnDesktopTest, WindowsClosedByTheirRowsLeaveNoRowBehind) {
     ASSERT_TRUE(bus.isUp());
     const std::vector<std::string> names = {"one", "two", "three", "four"};

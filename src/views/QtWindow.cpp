@@ -48,7 +48,7 @@ QtWindow::QtWindow(Kind kind, WindowStyleMask styleMask, ShowPreparation prepare
       widget_(std::make_unique<Widget>(*this)),
       layout_(new QVBoxLayout(widget_.get())),
       frameExtentsRequest_([this] {
-          if (!widget_->isVisible() && !bypassesWindowManager())
+          if (!widget_->isVisible())
               x11::requestFrameExtents(*widget_);
       }) {
     if (kind == Kind::panel) {
@@ -102,6 +102,9 @@ void QtWindow::applyWindowFlags() {
     if (wasVisible) {
         widget_->move(position);
         show(false);
+    } else if (flags.testFlag(Qt::BypassWindowManagerHint)) {
+        // No window manager frames it: there is nothing to ask.
+        frameMargins_ = QMargins();
     } else {
         frameMargins_.reset();
         frameExtentsRequest_.request();
@@ -134,7 +137,7 @@ CGRect QtWindow::frame() const {
 // move, and it doesn't change while hidden. A shown window that Qt sees
 // unframed has no frame to ask the server about, which spares those moves
 // a round trip when no window manager frames it; one the window manager
-// passes by is never asked about.
+// passes by is known unframed from its flags.
 QRect QtWindow::expectedFrameGeometry() const {
     const QRect frame = widget_->frameGeometry();
     const QRect content = widget_->geometry();
@@ -144,18 +147,12 @@ QRect QtWindow::expectedFrameGeometry() const {
                      frame.right() - content.right(), frame.bottom() - content.bottom());
         return frame;
     }
-    if (!frameMargins_ && bypassesWindowManager())
-        frameMargins_ = QMargins();
     if (!frameMargins_ && !widget_->isVisible()) {
         frameMargins_ = frameExtentsAwaited_ ? x11::frameExtents(*widget_)
                                              : x11::awaitFrameExtents(*widget_, firstFramePatience);
         frameExtentsAwaited_ = true;
     }
     return frameMargins_ ? QRect(frame.topLeft(), frame.size().grownBy(*frameMargins_)) : frame;
-}
-
-bool QtWindow::bypassesWindowManager() const {
-    return widget_->windowFlags().testFlag(Qt::BypassWindowManagerHint);
 }
 
 // Qt places a window by its frame once it knows the frame. Before that it

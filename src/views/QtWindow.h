@@ -74,8 +74,6 @@ class QtWindow final : public Window {
 
     void applyWindowFlags();
     QRect expectedFrameGeometry() const;
-    // A window the window manager passes by is never framed.
-    bool bypassesWindowManager() const;
     void show(bool activating);
     void hideOnDeactivation();
     void keepPlacedOrigin();

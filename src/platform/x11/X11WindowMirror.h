@@ -96,8 +96,8 @@ class X11WindowMirror {
     // main windows take effect at settle.
     void handleEvent(const xcb_generic_event_t& event);
     // Reads each root list that the events since the last call named, once
-    // however many named it, then settles the main windows. Called after
-    // each batch of events.
+    // however many named it, then settles the main windows. Called after a
+    // batch of events, or later when its owner gathers several batches.
     void settle();
     // Whether the events since the last settle left it anything to do.
     bool unsettled() const;

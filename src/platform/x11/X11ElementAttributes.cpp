@@ -188,7 +188,7 @@ AXErrorCode X11ElementAttributes::readWindow(xcb_window_t window, const X11Windo
     if (attribute == "AXRole")
         return answer(value, "AXWindow");
     if (attribute == "AXTitle") {
-        auto title = state.title();
+        const auto& title = state.title();
         return answerIfAny(value, title ? std::optional<CFValue>(*title) : std::nullopt);
     }
     if (attribute == "AXSubrole")

@@ -60,7 +60,7 @@ struct X11WindowState {
                pointY >= frameTop() && pointY < frameTop() + frameHeight();
     }
 
-    std::optional<std::string> title() const { return netName ? netName : wmName; }
+    const std::optional<std::string>& title() const { return netName ? netName : wmName; }
     // The owning process: the window's own claim, else the X server's word
     // about the connection that made it.
     pid_t processPid() const { return claimedPid > 0 ? claimedPid : connectionPid; }

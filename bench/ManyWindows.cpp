@@ -6,11 +6,15 @@
 // and the times its main thread was woken per new window while the panel
 // is hidden and while it is shown, the time to answer Escape in the middle
 // of the burst, the CPU the burst cost, and the resident memory before, at
-// its peak and after the windows are gone.
+// its peak and after the windows are gone. Beside the program runs a
+// toolkit window that does nothing; its CPU per new window is printed too,
+// as the floor under the program's own. The chord is timed once the window
+// manager, as well as the program, is done with the windows made before.
 // First, the program's CPU per pointer move while the panel fades and
 // while it is closed (--moves of each).
 #include <sys/stat.h>
 #include <unistd.h>
+#include <xcb/res.h>
 #include <xcb/xcb.h>
 
 #include <algorithm>
@@ -54,18 +58,31 @@ double cpuMilliseconds(pid_t pid) {
     return nanoseconds / 1e6;
 }
 
-// Waits until the program has had no CPU for a while: it has dealt with
-// everything sent its way.
-void waitUntilQuiet(pid_t pid) {
+// Waits until each of the processes has had no CPU for a while: they have
+// dealt with everything sent their way.
+void waitUntilQuiet(const std::vector<pid_t>& pids) {
     const auto deadline = Clock::now() + std::chrono::seconds(120);
-    double last = cpuMilliseconds(pid);
+    const auto cpuOfEach = [&] {
+        std::vector<double> each;
+        for (const pid_t pid : pids)
+            each.push_back(cpuMilliseconds(pid));
+        return each;
+    };
+    std::vector<double> last = cpuOfEach();
     int quietRounds = 0;
     while (quietRounds < 6 && Clock::now() < deadline) {
         std::this_thread::sleep_for(std::chrono::milliseconds(50));
-        const double now = cpuMilliseconds(pid);
-        quietRounds = now - last < 0.05 ? quietRounds + 1 : 0;
+        const std::vector<double> now = cpuOfEach();
+        bool quiet = true;
+        for (std::size_t i = 0; i < now.size(); ++i)
+            quiet = quiet && now[i] - last[i] < 0.05;
+        quietRounds = quiet ? quietRounds + 1 : 0;
         last = now;
     }
+}
+
+void waitUntilQuiet(pid_t pid) {
+    waitUntilQuiet(std::vector<pid_t>{pid});
 }
 
 // The program's CPU for a window of a burst by which it is surely busy
@@ -103,6 +120,31 @@ class WindowMaker {
         windows_.push_back(window);
     }
     void flush() { xcb_flush(connection_); }
+    // The process of the window manager, which made the window by which it
+    // announces itself; nothing when the server doesn't say.
+    std::optional<pid_t> windowManagerProcess() {
+        auto* check = xcb_get_property_reply(
+            connection_,
+            xcb_get_property(connection_, 0, screen_->root, atom("_NET_SUPPORTING_WM_CHECK"),
+                             XCB_ATOM_WINDOW, 0, 1),
+            nullptr);
+        std::optional<pid_t> found;
+        if (check && xcb_get_property_value_length(check) == 4) {
+            xcb_res_client_id_spec_t spec{
+                *static_cast<const xcb_window_t*>(xcb_get_property_value(check)),
+                XCB_RES_CLIENT_ID_MASK_LOCAL_CLIENT_PID};
+            auto* ids = xcb_res_query_client_ids_reply(
+                connection_, xcb_res_query_client_ids(connection_, 1, &spec), nullptr);
+            if (ids && ids->num_ids > 0) {
+                const auto first = xcb_res_query_client_ids_ids_iterator(ids);
+                if (xcb_res_client_id_value_value_length(first.data) > 0)
+                    found = static_cast<pid_t>(*xcb_res_client_id_value_value(first.data));
+            }
+            std::free(ids);
+        }
+        std::free(check);
+        return found;
+    }
     // Until the server has seen everything sent.
     void sync() {
         std::free(
@@ -154,11 +196,15 @@ class Harness {
         hide();
         repaints_.emplace(*panel_);
         maker_.emplace(fileManager_->pid());
-        waitUntilQuiet(pid());
+        idleWindow_.emplace(IDLE_TOOLKIT_WINDOW, std::vector<std::string>{});
+        windowManager_ = maker_->windowManagerProcess();
+        waitUntilQuiet({pid(), idleWindow_->pid()});
         return true;
     }
 
     void stop() {
+        idleWindow_->sendSignal(SIGTERM);
+        idleWindow_->waitForExit(10);
         program_->sendSignal(SIGTERM);
         program_->waitForExit(10);
         std::filesystem::remove_all(folder_.parent_path());
@@ -199,6 +245,8 @@ class Harness {
         const long rssBefore = bench::residentKiB(pid());
 
         const PerWindow hidden = costPerWindow(count, "hidden");
+        if (windowManager_)
+            waitUntilQuiet({pid(), *windowManager_});
         const auto painted = chordToPainted(presses);
         show();
         const PerWindow shown = costPerWindow(count, "shown");
@@ -230,6 +278,10 @@ class Harness {
                     hidden.cpuMilliseconds, shown.cpuMilliseconds);
         std::printf("%5ld windows: wake-ups per new window %.1f hidden, %.1f shown\n", count,
                     hidden.wakeUps, shown.wakeUps);
+        std::printf(
+            "%5ld windows: an idle toolkit window's CPU per new window %.3f ms hidden, %.3f ms "
+            "shown\n",
+            count, hidden.idleWindowCpuMilliseconds, shown.idleWindowCpuMilliseconds);
         std::printf("%5ld windows: burst %.0f ms of CPU, Escape answered in %s%.1f ms\n", count,
                     burstCpu, answered ? "" : "more than ", escapeMs);
         std::printf("%5ld windows: RSS %.1f MB before, peak so far %.1f MB, %.1f MB after\n", count,
@@ -258,20 +310,23 @@ class Harness {
     struct PerWindow {
         double cpuMilliseconds = 0;
         double wakeUps = 0;
+        double idleWindowCpuMilliseconds = 0;
     };
 
     // Windows added one at a time, each once the server has it.
     PerWindow costPerWindow(long count, const char* state) {
         const double cpuBefore = cpuMilliseconds(pid());
+        const double idleCpuBefore = cpuMilliseconds(idleWindow_->pid());
         const long switchesBefore = bench::contextSwitches(pid());
         for (long i = 0; i < count; ++i) {
             maker_->make(std::string("Window ") + state + " " + std::to_string(i));
             maker_->sync();
         }
-        waitUntilQuiet(pid());
+        waitUntilQuiet({pid(), idleWindow_->pid()});
         const auto windows = static_cast<double>(count);
         return {(cpuMilliseconds(pid()) - cpuBefore) / windows,
-                static_cast<double>(bench::contextSwitches(pid()) - switchesBefore) / windows};
+                static_cast<double>(bench::contextSwitches(pid()) - switchesBefore) / windows,
+                (cpuMilliseconds(idleWindow_->pid()) - idleCpuBefore) / windows};
     }
 
     // Until the program has had that much CPU in all, or a while has passed.
@@ -310,6 +365,8 @@ class Harness {
     e2e::Desktop desktop_;
     std::optional<e2e::RunningProgram> fileManager_;
     std::optional<e2e::RunningProgram> program_;
+    std::optional<e2e::RunningProgram> idleWindow_;
+    std::optional<pid_t> windowManager_;
     std::optional<xcb_window_t> panel_;
     std::optional<bench::RepaintWatch> repaints_;
     std::optional<WindowMaker> maker_;

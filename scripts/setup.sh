@@ -24,6 +24,8 @@ packages=(
   libxcb-damage0-dev libatspi2.0-dev at-spi2-core dbus-daemon
   # a desktop to run on and test against
   xvfb xauth openbox x11-utils x11-xkb-utils xdotool xterm pcmanfm tint2
+  # the display's X resources, which a test sets as a desktop's settings do
+  x11-xserver-utils
   # a GTK editor whose settings entry runs the same program as its own entry
   mousepad
   dbus-x11 imagemagick strace procps

@@ -60,12 +60,13 @@ std::optional<Geometry> settledPanel(Desktop& desktop, pid_t pid) {
     return settled ? panel : std::nullopt;
 }
 
-// Gives the input to a command run by the shell.
-void inputTo(const std::string& command, const std::string& input) {
-    if (FILE* pipe = ::popen(command.c_str(), "w")) {
-        std::fwrite(input.data(), 1, input.size(), pipe);
-        ::pclose(pipe);
-    }
+// Gives the input to a command run by the shell; whether it succeeded.
+bool inputTo(const std::string& command, const std::string& input) {
+    FILE* pipe = ::popen(command.c_str(), "w");
+    if (!pipe)
+        return false;
+    std::fwrite(input.data(), 1, input.size(), pipe);
+    return ::pclose(pipe) == 0;
 }
 
 // The display's X resources with these lines merged in for a scope (what a
@@ -74,7 +75,8 @@ class ScopedXResources {
   public:
     explicit ScopedXResources(const std::string& lines)
         : saved_(testsupport::outputOf("xrdb -query")) {
-        inputTo("xrdb -nocpp -merge", lines);
+        if (!inputTo("xrdb -nocpp -merge", lines))
+            ADD_FAILURE() << "xrdb could not merge the resources: " << lines;
     }
     ~ScopedXResources() {
         if (saved_.empty())

@@ -204,6 +204,11 @@ void QtWindow::show(bool activating) {
     widget_->setAttribute(Qt::WA_ShowWithoutActivating, !activating);
     awaitingDecoration_ = !widget_->isVisible();
     widget_->show();
+    // Showing queues a later repaint of the window and of each widget in
+    // it. Taken after the server has mapped the window, which Qt answers
+    // with a drawing of the whole window, they would draw it all again;
+    // taken now, they only mark what that first drawing covers.
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::UpdateLater);
     keepPlacedOrigin();
     widget_->raise();
     if (activating)

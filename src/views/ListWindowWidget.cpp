@@ -67,9 +67,12 @@ void ListWindowWidget::markStale() {
 void ListWindowWidget::redraw() {
     apply(true);
     // The panel is placed by its size: it is worked out now, not when the
-    // layout's own turn comes.
-    if (QWidget* top = window(); top && top->layout())
-        top->layout()->activate();
+    // layouts' own turns come. From the content out to the window, each
+    // layout laid out passes its new size on to the one around it.
+    for (QWidget* widget = tree_; widget; widget = widget->parentWidget()) {
+        if (widget->layout())
+            widget->layout()->activate();
+    }
     if (rowList_)
         rowList_->redrawRowsInSight();
 }

@@ -254,6 +254,28 @@ TEST_F(ListWindowTest, ThePanelGrowsAndShrinksWithItsContent) {
     panel->close();
 }
 
+// The panel is placed by its size, so what changed while it was hidden is
+// laid out as it is redrawn for a showing, not in the layouts' own turns
+// after the window is mapped at its old size.
+TEST_F(ListWindowTest, AHiddenPanelTakesItsNewSizeAsItIsRedrawn) {
+    platform::qt::QtToolkit toolkit;
+    auto panel = toolkit.makePanel();
+    content = windowsContent({documents});
+    auto* list =
+        new platform::qt::ListWindowWidget([this] { return content; }, changed, coordinator);
+    panel->setContentView(std::make_shared<platform::qt::QtContentView>(list));
+    panel->orderFront();
+    QCoreApplication::processEvents();
+    const double oneRow = panel->frame().size.height;
+    panel->close();
+
+    auto third = sim.addWindow(appPid, corvane::testing::SimWindowSetup::titled("Third"));
+    content = windowsContent({documents, downloads, third});
+    changed.emit();
+    list->redraw();
+    EXPECT_GT(panel->frame().size.height, oneRow);
+}
+
 // 100,000 characters once made a panel 32,767 points wide, every row off
 // the screen.
 TEST_F(ListWindowTest, ALongTitleIsShortenedInTheMiddleToKeepThePanelOnItsScreen) {

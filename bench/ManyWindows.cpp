@@ -7,10 +7,10 @@
 // thread was woken per new window while the panel is hidden and while it
 // is shown, the time to answer Escape in the middle of the burst, the CPU
 // the burst cost, and the resident memory before, at its peak and after
-// the windows are gone. Beside the program runs a
-// toolkit window that does nothing; its CPU per new window is printed too,
-// as the floor under the program's own. The chord is timed once the window
-// manager, as well as the program, is done with the windows made before.
+// the windows are gone. Beside the program runs a toolkit window that does
+// nothing; its CPU per new window is printed too, as the floor under the
+// program's own. The chord is timed once the window manager, as well as
+// the program, is done with the windows made before.
 // First, the program's CPU per pointer move while the panel fades and
 // while it is closed (--moves of each).
 #include <sys/stat.h>
@@ -275,7 +275,7 @@ class Harness {
 
         std::printf("%5ld windows: chord to painted median %.2f ms, p99 %.2f ms (%zu presses)\n",
                     count, painted.first, painted.second, presses_);
-        std::printf("%5ld windows: at most %d full repaints per showing\n", count,
+        std::printf("%5ld windows: full repaints per showing: at most %d\n", count,
                     mostFullRepaints_);
         std::printf("%5ld windows: CPU per new window %.3f ms hidden, %.3f ms shown\n", count,
                     hidden.cpuMilliseconds, shown.cpuMilliseconds);

@@ -15,7 +15,6 @@
 // while it is closed (--moves of each).
 #include <sys/stat.h>
 #include <unistd.h>
-#include <xcb/res.h>
 #include <xcb/xcb.h>
 
 #include <algorithm>
@@ -37,6 +36,7 @@
 #include "HarnessOptions.h"
 #include "RepaintWatch.h"
 #include "RunningProgram.h"
+#include "platform/x11/X11WindowFetch.h"
 
 namespace {
 
@@ -131,16 +131,11 @@ class WindowMaker {
             nullptr);
         std::optional<pid_t> found;
         if (check && xcb_get_property_value_length(check) == 4) {
-            xcb_res_client_id_spec_t spec{
-                *static_cast<const xcb_window_t*>(xcb_get_property_value(check)),
-                XCB_RES_CLIENT_ID_MASK_LOCAL_CLIENT_PID};
+            const auto window = *static_cast<const xcb_window_t*>(xcb_get_property_value(check));
             auto* ids = xcb_res_query_client_ids_reply(
-                connection_, xcb_res_query_client_ids(connection_, 1, &spec), nullptr);
-            if (ids && ids->num_ids > 0) {
-                const auto first = xcb_res_query_client_ids_ids_iterator(ids);
-                if (xcb_res_client_id_value_value_length(first.data) > 0)
-                    found = static_cast<pid_t>(*xcb_res_client_id_value_value(first.data));
-            }
+                connection_, platform::x11::askX11ConnectionPid(connection_, window), nullptr);
+            if (const pid_t pid = platform::x11::x11ConnectionPidOf(ids); pid > 0)
+                found = pid;
             std::free(ids);
         }
         std::free(check);

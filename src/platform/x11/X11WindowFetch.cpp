@@ -152,7 +152,15 @@ bool applyOrigin(const xcb_translate_coordinates_reply_t* reply, X11WindowState&
     return true;
 }
 
-pid_t connectionPidOf(const xcb_res_query_client_ids_reply_t* reply) {
+}  // namespace
+
+xcb_res_query_client_ids_cookie_t askX11ConnectionPid(xcb_connection_t* connection,
+                                                      xcb_window_t window) {
+    xcb_res_client_id_spec_t clientId{window, XCB_RES_CLIENT_ID_MASK_LOCAL_CLIENT_PID};
+    return xcb_res_query_client_ids(connection, 1, &clientId);
+}
+
+pid_t x11ConnectionPidOf(const xcb_res_query_client_ids_reply_t* reply) {
     if (!reply)
         return 0;
     auto ids = xcb_res_query_client_ids_ids_iterator(reply);
@@ -166,8 +174,6 @@ pid_t connectionPidOf(const xcb_res_query_client_ids_reply_t* reply) {
     }
     return 0;
 }
-
-}  // namespace
 
 std::optional<X11WindowProperty> x11WindowPropertyNamed(X11Connection& connection,
                                                         xcb_atom_t atom) {
@@ -214,10 +220,8 @@ X11WindowFetch::X11WindowFetch(X11Connection& connection, xcb_window_t window, b
     }
     geometry_ = xcb_get_geometry(c, window);
     origin_ = xcb_translate_coordinates(c, window, connection.root(), 0, 0);
-    if (askOwner_) {
-        xcb_res_client_id_spec_t clientId{window, XCB_RES_CLIENT_ID_MASK_LOCAL_CLIENT_PID};
-        owner_ = xcb_res_query_client_ids(c, 1, &clientId);
-    }
+    if (askOwner_)
+        owner_ = askX11ConnectionPid(c, window);
 }
 
 X11WindowFetch::X11WindowFetch(X11WindowFetch&& other) noexcept
@@ -273,7 +277,7 @@ std::optional<X11WindowState> X11WindowFetch::receive() {
         return std::nullopt;
     state.width = geometry->width;
     state.height = geometry->height;
-    state.connectionPid = connectionPidOf(owner.get());
+    state.connectionPid = x11ConnectionPidOf(owner.get());
     state.settlePid();
     return state;
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <sys/types.h>
 #include <xcb/res.h>
 #include <xcb/xcb.h>
 
@@ -25,6 +26,12 @@ inline constexpr std::size_t x11WindowPropertyCount = 7;
 
 // The mirrored property an atom names, if any.
 std::optional<X11WindowProperty> x11WindowPropertyNamed(X11Connection& connection, xcb_atom_t atom);
+
+// Asks the server which process's connection made the window; the answer
+// is read with x11ConnectionPidOf, 0 when the server doesn't say.
+xcb_res_query_client_ids_cookie_t askX11ConnectionPid(xcb_connection_t* connection,
+                                                      xcb_window_t window);
+pid_t x11ConnectionPidOf(const xcb_res_query_client_ids_reply_t* reply);
 
 // Reads one property afresh into the state. False when the window is gone.
 bool readX11WindowProperty(X11Connection& connection, xcb_window_t window,
